@@ -1,0 +1,46 @@
+// The system's only diagnostic output, and the guard that keeps C++ exceptions inside the DLL.
+#pragma once
+
+#include <windows.h>
+
+#include <new>
+
+namespace kzp {
+
+// Formats at most 260 UTF-16 characters (wide printf: %s takes a wide text) and hands them to
+// OutputDebugStringW. Answers true when the text fitted, false when it was cut or when `format` is null.
+bool DebugTrace(const wchar_t* format, ...);
+
+// Reports an exception that was stopped in `operation`; `file` is the source file without its extension.
+void TraceException(const wchar_t* operation, const wchar_t* file, int line);
+
+// Runs the body of an operation that the driver calls. No exception crosses the COM boundary: running out of
+// memory becomes E_OUTOFMEMORY, anything else E_FAIL, and both are traced.
+template <class Body>
+HRESULT GuardOperation(const wchar_t* operation, const wchar_t* file, int line, Body&& body) noexcept {
+    try {
+        return body();
+    } catch (const std::bad_alloc&) {
+        TraceException(operation, file, line);
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        TraceException(operation, file, line);
+        return E_FAIL;
+    }
+}
+
+// Runs the body of a callback that Windows enters (a dialog procedure, an enumeration); `fallback` is
+// answered when an exception had to be stopped, for Windows would carry it into code that knows nothing of
+// it.
+template <class Result, class Body>
+Result GuardCallback(const wchar_t* operation, const wchar_t* file, int line, Result fallback,
+                     Body&& body) noexcept {
+    try {
+        return body();
+    } catch (...) {
+        TraceException(operation, file, line);
+        return fallback;
+    }
+}
+
+}  // namespace kzp

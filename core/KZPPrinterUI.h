@@ -1,0 +1,72 @@
+// The plug-in object: what the core driver's user interface talks to. Its identity, its counting and the
+// operations that it does not support live here; the others are handed to the rooms that tell their stories.
+#pragma once
+
+#include "core/ComCount.h"
+#include "driverkit/prcomoem.h"
+#include "settings/CKZPWriterSettings.h"
+
+namespace kzp {
+
+// Signature ("BRMK") and version that GetInfo reports and that the private device-mode record carries.
+inline constexpr DWORD kWriterSignature = 0x42524D4B;
+inline constexpr DWORD kWriterVersion = 0x03050007;
+
+// One object per session of the driver's user interface, born with one reference for its creator. Operations
+// are called on the driver's own threads; no exception leaves any of them.
+class KZPPrinterUI final : public IPrintOemUI2 {
+  public:
+    KZPPrinterUI() = default;
+    virtual ~KZPPrinterUI();
+    KZPPrinterUI(const KZPPrinterUI&) = delete;
+    KZPPrinterUI& operator=(const KZPPrinterUI&) = delete;
+
+    // Accepts IID_IUnknown and IID_IPrintOemUI2 alone; the older IID_IPrintOemUI is refused like any other.
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** ppv) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+
+    // Signature and version, 4 bytes each. E_FAIL for a missing pointer or for `cbSize` above 4; E_NOTIMPL,
+    // with
+    // `*pcbNeeded` set, for every other mode.
+    HRESULT STDMETHODCALLTYPE GetInfo(DWORD dwMode, PVOID pBuffer, DWORD cbSize, PDWORD pcbNeeded) override;
+    HRESULT STDMETHODCALLTYPE DevMode(DWORD dwMode, POEMDMPARAM pOemDMParam) override;
+
+    // Takes the driver's helper interface, once per object: a second call answers E_FAIL.
+    HRESULT STDMETHODCALLTYPE PublishDriverInterface(IUnknown* pIUnknown) override;
+    HRESULT STDMETHODCALLTYPE CommonUIProp(DWORD dwMode, POEMCUIPPARAM pOemCUIPParam) override;
+    HRESULT STDMETHODCALLTYPE DocumentPropertySheets(PPROPSHEETUI_INFO pPSUIInfo, LPARAM lParam) override;
+
+    // The operations below, DocumentEvent apart, answer E_NOTIMPL, look at nothing and write nothing.
+    HRESULT STDMETHODCALLTYPE DevicePropertySheets(PPROPSHEETUI_INFO, LPARAM) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE DevQueryPrintEx(POEMUIOBJ, PDEVQUERYPRINT_INFO, PDEVMODEW, PVOID) override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE DeviceCapabilities(POEMUIOBJ, HANDLE, PWSTR, WORD, PVOID, PDEVMODEW, PVOID,
+                                                 DWORD, DWORD*) override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE UpgradePrinter(DWORD, PBYTE) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE PrinterEvent(PWSTR, INT, DWORD, LPARAM) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE DriverEvent(DWORD, DWORD, LPBYTE, LPARAM) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE QueryColorProfile(HANDLE, POEMUIOBJ, PDEVMODEW, PVOID, ULONG, VOID*, ULONG*,
+                                                FLONG*) override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE FontInstallerDlgProc(HWND, UINT, WPARAM, LPARAM) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE UpdateExternalFonts(HANDLE, HANDLE, PWSTR) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE QueryJobAttributes(HANDLE, PDEVMODEW, DWORD, LPBYTE) override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE HideStandardUI(DWORD) override { return E_NOTIMPL; }
+
+    HRESULT STDMETHODCALLTYPE DocumentEvent(HANDLE hPrinter, HDC hdc, INT iEsc, ULONG cbIn, PVOID pvIn,
+                                            ULONG cbOut, PVOID pvOut, PINT piResult) override;
+
+  private:
+    ComCount m_cRef;
+    IPrintOemDriverUI* m_pOemDriverUI = nullptr;
+    CKZPWriterSettings m_settings;
+};
+
+}  // namespace kzp

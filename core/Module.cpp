@@ -1,0 +1,9 @@
+#include "core/Module.h"
+
+namespace kzp {
+
+HINSTANCE g_hInstance = nullptr;
+std::atomic<LONG> g_cServerLocks = 0;
+IPrintOemDriverUI* g_pOemDriverUI = nullptr;
+
+}  // namespace kzp

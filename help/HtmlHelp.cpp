@@ -1,0 +1,60 @@
+#include "help/HtmlHelp.h"
+
+#include "support/RegistryKey.h"
+
+namespace kzp {
+
+namespace {
+
+using HtmlHelpEntry = HWND(WINAPI*)(HWND, LPCWSTR, UINT, DWORD_PTR);
+
+constexpr wchar_t kControlKey[] = L"CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\\InprocServer32";
+constexpr wchar_t kControlName[] = L"hhctrl.ocx";
+
+// The control exports its Unicode entry by this ordinal.
+constexpr WORD kHtmlHelpWOrdinal = 15;
+
+HtmlHelpEntry g_htmlHelpEntry = nullptr;
+bool g_htmlHelpMissing = false;
+
+HMODULE LoadRegisteredControl() {
+    // One character more than is offered, so that an unterminated text is terminated.
+    wchar_t stored[MAX_PATH + 1] = {};
+    DWORD bytes = MAX_PATH * sizeof(wchar_t);
+    const RegistryKey key = RegistryKey::Open(HKEY_CLASSES_ROOT, kControlKey, KEY_READ);
+    DWORD type = REG_NONE;
+    if (key.Query(nullptr, stored, &bytes, &type) != ERROR_SUCCESS ||
+        (type != REG_SZ && type != REG_EXPAND_SZ))
+        return nullptr;
+    if (type == REG_SZ)
+        return LoadLibraryW(stored);
+    wchar_t expanded[MAX_PATH] = {};
+    const DWORD length = ExpandEnvironmentStringsW(stored, expanded, MAX_PATH);
+    return length != 0 && length <= MAX_PATH ? LoadLibraryW(expanded) : nullptr;
+}
+
+HtmlHelpEntry FindEntry() {
+    HMODULE control = LoadRegisteredControl();
+    if (!control)
+        control = LoadLibraryW(kControlName);
+    if (!control)
+        return nullptr;
+    return reinterpret_cast<HtmlHelpEntry>(
+        reinterpret_cast<void*>(GetProcAddress(control, MAKEINTRESOURCEA(kHtmlHelpWOrdinal))));
+}
+
+}  // namespace
+
+HWND HtmlHelpW(HWND caller, const wchar_t* file, UINT command, DWORD_PTR data) {
+    if (g_htmlHelpMissing)
+        return nullptr;
+    if (!g_htmlHelpEntry)
+        g_htmlHelpEntry = FindEntry();
+    if (!g_htmlHelpEntry) {
+        g_htmlHelpMissing = true;
+        return nullptr;
+    }
+    return g_htmlHelpEntry(caller, file, command, data);
+}
+
+}  // namespace kzp
