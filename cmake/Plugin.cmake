@@ -1,4 +1,4 @@
-# The two delivered DLLs: the plug-in and its resource module.
+# The sources of the plug-in, and the two delivered DLLs: the plug-in and its resource module.
 
 set(KZP_ROOMS core settings pages events help installer support)
 foreach(room IN LISTS KZP_ROOMS)
@@ -8,6 +8,16 @@ endforeach()
 
 kzp_delay_library(kzp_shell32_delay ${CMAKE_SOURCE_DIR}/cmake/shell32.def)
 kzp_delay_library(kzp_msi_delay ${CMAKE_SOURCE_DIR}/cmake/msi.def)
+set(KZP_LIBRARIES kzp_shell32_delay kzp_msi_delay winspool gdi32)
+
+if(KZP_TOOLS)
+  # For the unit tests of pure logic: all sources as a library, of which a test takes what it calls.
+  add_library(kzp_body STATIC ${KZP_SOURCES})
+  kzp_strict(kzp_body)
+  target_include_directories(kzp_body PUBLIC ${CMAKE_SOURCE_DIR})
+  target_link_libraries(kzp_body PUBLIC ${KZP_LIBRARIES})
+  return()
+endif()
 
 add_library(KZPWriterUI SHARED
   ${KZP_SOURCES}
@@ -23,7 +33,7 @@ target_link_options(KZPWriterUI PRIVATE
   # The linker would derive the base from the output's file name; a fixed one keeps builds identical.
   -Wl,--image-base,0x180000000
   -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
-target_link_libraries(KZPWriterUI PRIVATE kzp_shell32_delay kzp_msi_delay winspool gdi32)
+target_link_libraries(KZPWriterUI PRIVATE ${KZP_LIBRARIES})
 
 # The resource module holds no code: no start files, no entry point, resources alone.
 add_library(KZPWriterRes SHARED resources/KZPWriterRes.rc)
@@ -34,10 +44,11 @@ target_link_options(KZPWriterRes PRIVATE
   -Wl,--image-base,0x190000000
   -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
 
+set(KZP_DIST ${CMAKE_SOURCE_DIR}/dist CACHE PATH "Where the two delivered DLLs go")
 add_custom_target(dist ALL
-  COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_SOURCE_DIR}/dist
+  COMMAND ${CMAKE_COMMAND} -E make_directory ${KZP_DIST}
   COMMAND ${CMAKE_COMMAND} -E copy_if_different
-    $<TARGET_FILE:KZPWriterUI> $<TARGET_FILE:KZPWriterRes> ${CMAKE_SOURCE_DIR}/dist
-  COMMENT "dist/KZPWriterUI.dll, dist/KZPWriterRes.dll"
+    $<TARGET_FILE:KZPWriterUI> $<TARGET_FILE:KZPWriterRes> ${KZP_DIST}
+  COMMENT "KZPWriterUI.dll, KZPWriterRes.dll"
   VERBATIM)
 add_dependencies(dist KZPWriterUI KZPWriterRes)

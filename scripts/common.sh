@@ -1,0 +1,117 @@
+# Shared by the commands of this folder; sourced, never run. The caller stands in the project's root.
+
+export LC_ALL=C.UTF-8
+
+say() { printf '\n== %s\n' "$*"; }
+
+fail() {
+    printf '\nFAILED: %s\n' "$*" >&2
+    exit 1
+}
+
+# need_packages PACKAGE...: installs what is missing, as root or with sudo.
+need_packages() {
+    missing=
+    for package in "$@"; do
+        dpkg-query -W -f '${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed || missing="$missing $package"
+    done
+    [ -n "$missing" ] || return 0
+    say "Installing:$missing"
+    as_root=
+    if [ "$(id -u)" != 0 ]; then
+        command -v sudo >/dev/null || fail "these packages are missing and need root or sudo to install:$missing"
+        as_root=sudo
+    fi
+    mkdir -p build
+    if ! { $as_root apt-get update &&
+        $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends $missing; } \
+        >build/packages.log 2>&1; then
+        tail -n 20 build/packages.log >&2
+        fail "could not install$missing (whole log: build/packages.log)"
+    fi
+}
+
+need_build_packages() { need_packages cmake ninja-build g++-mingw-w64-x86-64; }
+
+need_run_packages() { need_packages wine wine64 xvfb xauth fonts-wine procps; }
+
+need_test_packages() { need_packages googletest clang-format msitools wixl; }
+
+# logged LOG COMMAND...: runs with the output in LOG; shows its end when it fails.
+logged() {
+    log=$1
+    shift
+    mkdir -p "$(dirname "$log")"
+    "$@" >"$log" 2>&1 || {
+        tail -n 60 "$log" >&2
+        fail "$* (whole log: $log)"
+    }
+}
+
+build_delivered() {
+    say "Building dist/KZPWriterUI.dll and dist/KZPWriterRes.dll"
+    logged build/plugin-configure.log cmake --preset plugin
+    logged build/plugin-build.log cmake --build --preset plugin
+    ls -l dist/KZPWriterUI.dll dist/KZPWriterRes.dll | awk '{ printf "   %s  %d bytes\n", $NF, $5 }'
+}
+
+build_tools() {
+    say "Building the driver host, the stand-ins and the tests"
+    logged build/tests-configure.log cmake --preset tests
+    logged build/tests-build.log cmake --build --preset tests
+}
+
+# Everything that runs under Wine runs in a prefix of the project's own, below build/. Set DISPLAY is used only when
+# asked for (KZP_DESKTOP=1); otherwise a display of our own is started and stopped again.
+wine_environment() {
+    mkdir -p build/wine/home
+    wine_root=$(cd build/wine && pwd)
+    export WINEPREFIX="$wine_root/prefix" HOME="$wine_root/home" WINEARCH=win64
+    export WINEDEBUG="${WINEDEBUG:--all}"
+    # The stand-in spooler is taken where it stands beside the program, Wine's own elsewhere.
+    export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d;winspool.drv=n,b"
+}
+
+start_wine() {
+    wine_environment
+    exec 9>"$wine_root/lock"
+    flock 9 # one run at a time: they share the prefix's registry and desktop
+    xvfb=
+    if [ "${KZP_DESKTOP:-0}" != 1 ]; then
+        rm -f "$wine_root/display"
+        Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$wine_root/display" 2>/dev/null 9>&- &
+        xvfb=$!
+        tries=0
+        while [ ! -s "$wine_root/display" ]; do
+            tries=$((tries + 1))
+            [ $tries -lt 300 ] || fail "the virtual display did not start"
+            sleep 0.1
+        done
+        DISPLAY=":$(cat "$wine_root/display")"
+        export DISPLAY
+    fi
+    trap stop_wine EXIT
+    trap 'exit 130' INT TERM
+    if [ ! -f "$WINEPREFIX/ready" ]; then
+        say "Preparing Wine (once, about 20 s)"
+        rm -rf "$WINEPREFIX"
+        timeout 300 wineboot -i >build/wine/boot.log 2>&1 9>&- || fail "Wine could not set up its prefix; see build/wine/boot.log"
+        wineserver -w
+        # No window manager is needed; crashes print a trace and end instead of waiting for somebody.
+        timeout 60 wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 9>&-
+        timeout 60 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1 9>&-
+        wineserver -w
+        touch "$WINEPREFIX/ready"
+    fi
+    wineserver -p 9>&-
+    # Services start here, away from the pipes of whoever reads our output.
+    timeout 120 wineboot >/dev/null 2>&1 9>&- </dev/null || fail "Wine did not start"
+}
+
+stop_wine() {
+    status=$?
+    trap - EXIT
+    wineserver -k 2>/dev/null || :
+    [ -z "$xvfb" ] || kill "$xvfb" 2>/dev/null || :
+    exit $status
+}

@@ -1,0 +1,45 @@
+#include "tests/support/Files.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace kzp::test {
+
+std::wstring BesideExe(const std::wstring& name) {
+    wchar_t path[MAX_PATH * 4] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH * 4);
+    std::wstring result(path);
+    return result.substr(0, result.rfind(L'\\') + 1) + name;
+}
+
+TemporaryFolder::TemporaryFolder() {
+    static int count = 0;
+    wchar_t temporary[MAX_PATH] = {};
+    GetTempPathW(MAX_PATH, temporary);
+    m_path = std::wstring(temporary) + L"kzp" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+             std::to_wstring(++count);
+    std::filesystem::create_directories(m_path);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(m_path, ignored);
+}
+
+std::wstring TemporaryFolder::Take(const std::wstring& name, const std::wstring& as) const {
+    const std::wstring target = File(as.empty() ? name : as);
+    EXPECT_TRUE(CopyFileW(BesideExe(name).c_str(), target.c_str(), FALSE)) << GetLastError();
+    return target;
+}
+
+bool FileExists(const std::wstring& path) {
+    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+void WriteFileText(const std::wstring& path, const std::string& text) {
+    std::ofstream(std::filesystem::path(path), std::ios::binary) << text;
+}
+
+}  // namespace kzp::test

@@ -1,0 +1,35 @@
+// Files beside the test program, and folders that vanish with the test.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace kzp::test {
+
+// Full path of a file that stands beside this program.
+std::wstring BesideExe(const std::wstring& name);
+
+// A fresh folder; it and all that was put into it go with the object.
+class TemporaryFolder {
+  public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::wstring& Path() const { return m_path; }  // without a closing backslash
+    std::wstring File(const std::wstring& name) const { return m_path + L"\\" + name; }
+
+    // Copies a file that stands beside this program into the folder, under `as` when given; answers its new
+    // path.
+    std::wstring Take(const std::wstring& name, const std::wstring& as = {}) const;
+
+  private:
+    std::wstring m_path;
+};
+
+bool FileExists(const std::wstring& path);
+void WriteFileText(const std::wstring& path, const std::string& text);
+
+}  // namespace kzp::test

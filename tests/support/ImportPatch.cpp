@@ -1,0 +1,55 @@
+#include "tests/support/ImportPatch.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+namespace kzp::test {
+
+namespace {
+
+void** FindImportSlot(HMODULE module, const char* function) {
+    auto* const base = reinterpret_cast<BYTE*>(module);
+    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
+    const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+    const DWORD imports = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+    for (auto* dll = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + imports); dll->Name; ++dll) {
+        auto* name = reinterpret_cast<const IMAGE_THUNK_DATA*>(base + dll->OriginalFirstThunk);
+        auto* slot = reinterpret_cast<IMAGE_THUNK_DATA*>(base + dll->FirstThunk);
+        for (; name->u1.AddressOfData; ++name, ++slot) {
+            if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal))
+                continue;
+            const auto* const byName =
+                reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
+            if (std::strcmp(reinterpret_cast<const char*>(byName->Name), function) == 0)
+                return reinterpret_cast<void**>(&slot->u1.Function);
+        }
+    }
+    return nullptr;
+}
+
+void* Exchange(void** slot, void* value) {
+    DWORD protection = 0;
+    VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection);
+    void* const old = *slot;
+    *slot = value;
+    VirtualProtect(slot, sizeof *slot, protection, &protection);
+    return old;
+}
+
+}  // namespace
+
+ImportPatch::ImportPatch(HMODULE module, const char* function, void* replacement)
+    : m_slot(FindImportSlot(module, function)) {
+    if (m_slot)
+        m_original = Exchange(m_slot, replacement);
+    else
+        ADD_FAILURE() << "the module does not import " << function;
+}
+
+ImportPatch::~ImportPatch() {
+    if (m_slot)
+        Exchange(m_slot, m_original);
+}
+
+}  // namespace kzp::test

@@ -1,0 +1,33 @@
+// Replaces one function that a loaded module imports, for as long as the object lives.
+#pragma once
+
+#include <windows.h>
+
+namespace kzp::test {
+
+// Only load-time imports are patched; functions of delay-loaded DLLs are not in that table. `Original` is
+// what the module called before.
+class ImportPatch {
+  public:
+    ImportPatch(HMODULE module, const char* function, void* replacement);
+    ~ImportPatch();
+    ImportPatch(const ImportPatch&) = delete;
+    ImportPatch& operator=(const ImportPatch&) = delete;
+
+    template <class Function>
+    Function Original() const {
+        return reinterpret_cast<Function>(m_original);
+    }
+
+  private:
+    void** m_slot = nullptr;
+    void* m_original = nullptr;
+};
+
+// For passing a function where a patch wants its address.
+template <class Function>
+void* AddressOf(Function* function) {
+    return reinterpret_cast<void*>(function);
+}
+
+}  // namespace kzp::test

@@ -1,0 +1,27 @@
+// The test programs' entry: no crash dialogs, and a run that hangs ends itself and says so.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstdio>
+
+namespace {
+
+constexpr DWORD kLimitMilliseconds = 80'000;
+
+DWORD WINAPI Watchdog(void*) {
+    Sleep(kLimitMilliseconds);
+    std::fputs("The test program hangs; it is ended.\n", stderr);
+    std::fflush(stderr);
+    TerminateProcess(GetCurrentProcess(), 99);
+    return 0;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+    testing::InitGoogleTest(&count, arguments);
+    if (!IsDebuggerPresent())
+        CloseHandle(CreateThread(nullptr, 0, Watchdog, nullptr, 0, nullptr));
+    return RUN_ALL_TESTS();
+}
