@@ -40,7 +40,7 @@ add_library(KZPWriterRes SHARED resources/KZPWriterRes.rc)
 set_target_properties(KZPWriterRes PROPERTIES PREFIX "" LINKER_LANGUAGE CXX)
 target_include_directories(KZPWriterRes PRIVATE ${CMAKE_SOURCE_DIR})
 target_link_options(KZPWriterRes PRIVATE
-  -nostdlib -s -Wl,--entry,0
+  -nostdlib -s -Wl,--entry,0 -Wl,-T,${CMAKE_SOURCE_DIR}/cmake/resource-only.ld
   -Wl,--image-base,0x190000000
   -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
 
