@@ -39,7 +39,7 @@ int ReadOrCreate(const std::wstring& name, DWORD type, DWORD defaultBytes, Query
 
 }  // namespace
 
-int ReadStringSetting(std::wstring name, std::wstring& out) {
+int ReadStringSetting(const std::wstring& name, std::wstring& out) {
     out.clear();
     if (!IsValidName(name))
         return 0;
@@ -58,7 +58,7 @@ int ReadStringSetting(std::wstring name, std::wstring& out) {
         [&] { out.clear(); });
 }
 
-int ReadDwordSetting(std::wstring name, DWORD& out) {
+int ReadDwordSetting(const std::wstring& name, DWORD& out) {
     out = 0;
     if (!IsValidName(name))
         return 0;
@@ -71,7 +71,7 @@ int ReadDwordSetting(std::wstring name, DWORD& out) {
         [&] { out = 0; });
 }
 
-int ReadBinarySetting(std::wstring name, void* buffer, DWORD& bytes) {
+int ReadBinarySetting(const std::wstring& name, void* buffer, DWORD& bytes) {
     if (!IsValidName(name))
         return 0;
     return ReadOrCreate(
@@ -79,7 +79,7 @@ int ReadBinarySetting(std::wstring name, void* buffer, DWORD& bytes) {
         [&] { bytes = 0; });
 }
 
-int WriteStringSetting(std::wstring name, const std::wstring& text) {
+int WriteStringSetting(const std::wstring& name, const std::wstring& text) {
     if (!IsValidName(name))
         return 0;
     // RegSetValueExW lengthens a text by its terminator when it finds one just behind the given bytes, and
@@ -94,13 +94,13 @@ int WriteStringSetting(std::wstring name, const std::wstring& text) {
            ERROR_SUCCESS;
 }
 
-int WriteDwordSetting(std::wstring name, DWORD value) {
+int WriteDwordSetting(const std::wstring& name, DWORD value) {
     if (!IsValidName(name))
         return 0;
     return CreateSettingsKey(HKEY_CURRENT_USER).SetDword(name.c_str(), value) == ERROR_SUCCESS;
 }
 
-int WriteBinarySetting(std::wstring name, const void* data, DWORD bytes) {
+int WriteBinarySetting(const std::wstring& name, const void* data, DWORD bytes) {
     if (!IsValidName(name))
         return 0;
     return CreateSettingsKey(HKEY_CURRENT_USER).Set(name.c_str(), REG_BINARY, data, bytes) == ERROR_SUCCESS;

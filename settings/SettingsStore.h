@@ -27,21 +27,21 @@ inline constexpr wchar_t kInstallDir[] = L"InstallDir";  // REG_SZ, read from th
 
 // `out` holds the text up to its first NUL, at most 1023 characters; a longer stored text counts as
 // unreadable.
-int ReadStringSetting(std::wstring name, std::wstring& out);
+int ReadStringSetting(const std::wstring& name, std::wstring& out);
 
 // `out` is 0 before any attempt and stays 0 when the value was missing.
-int ReadDwordSetting(std::wstring name, DWORD& out);
+int ReadDwordSetting(const std::wstring& name, DWORD& out);
 
 // `bytes` is the buffer's size on input and the number of bytes read on output, 0 when the value was missing.
 // A value longer than the buffer counts as unreadable.
-int ReadBinarySetting(std::wstring name, void* buffer, DWORD& bytes);
+int ReadBinarySetting(const std::wstring& name, void* buffer, DWORD& bytes);
 
 // Writes always go to the user's hive.
 
 // Stores the text and one byte of its terminator: 2 * length + 1 bytes, which is what readers are built for.
-int WriteStringSetting(std::wstring name, const std::wstring& text);
-int WriteDwordSetting(std::wstring name, DWORD value);
-int WriteBinarySetting(std::wstring name, const void* data, DWORD bytes);
+int WriteStringSetting(const std::wstring& name, const std::wstring& text);
+int WriteDwordSetting(const std::wstring& name, DWORD value);
+int WriteBinarySetting(const std::wstring& name, const void* data, DWORD bytes);
 
 // How the pages take a "YES"/"NO" text: compared without regard to case over the length of the stored text,
 // so that the empty text and every beginning of "YES" mean yes, and "n" means no.

@@ -2,7 +2,7 @@
 
 namespace kzp {
 
-constinit SheetState g_sheet;
-constinit PendingSettings g_pendingSettings;
+SheetState g_sheet;
+PendingSettings g_pendingSettings;
 
 }  // namespace kzp

@@ -2,6 +2,8 @@
 // console that no printing application has. An uncaught exception ends the process all the same.
 #include <cstdlib>
 
+// The name is the run-time's own.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 namespace __gnu_cxx {
 
 void __verbose_terminate_handler();
@@ -10,3 +12,4 @@ void __verbose_terminate_handler() {
 }
 
 }  // namespace __gnu_cxx
+// NOLINTEND(bugprone-reserved-identifier)
