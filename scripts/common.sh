@@ -106,6 +106,9 @@ start_wine() {
     wineserver -p 9>&-
     # Services start here, away from the pipes of whoever reads our output.
     timeout 120 wineboot >/dev/null 2>&1 9>&- </dev/null || fail "Wine did not start"
+    if [ -f build/tests/bin/keepdesktop.exe ]; then
+        wine build/tests/bin/keepdesktop.exe >/dev/null 2>&1 9>&- </dev/null &
+    fi
 }
 
 stop_wine() {
