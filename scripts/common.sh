@@ -101,6 +101,9 @@ start_wine() {
         timeout 60 wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 9>&-
         timeout 60 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1 9>&-
         wineserver -w
+        # Debian keeps Wine's fonts where this Wine does not look; dialogs want Tahoma.
+        mkdir -p "$WINEPREFIX/drive_c/windows/Fonts"
+        ln -sf /usr/share/wine/fonts/*.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
         touch "$WINEPREFIX/ready"
     fi
     wineserver -p 9>&-
