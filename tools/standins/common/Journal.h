@@ -1,0 +1,40 @@
+// A journal of calls in the registry: stand-ins append, tests read back, in whatever processes they run.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace kzp::standins {
+
+// A mutex known to every process under `name`, held while the object lives. Recursive within a thread.
+class MachineLock {
+  public:
+    explicit MachineLock(const wchar_t* name);
+    ~MachineLock();
+    MachineLock(const MachineLock&) = delete;
+    MachineLock& operator=(const MachineLock&) = delete;
+
+  private:
+    HANDLE m_mutex;
+};
+
+class Journal {
+  public:
+    // The entries are values of the key `path` below `root`, numbered in the order of their arrival.
+    Journal(HKEY root, std::wstring path) : m_root(root), m_path(std::move(path)) {}
+
+    // Whether the journal is open; one is opened by Open or by the first Append.
+    bool IsOpen() const;
+    void Open() const;
+    void Append(const std::wstring& entry) const;
+    std::vector<std::wstring> Read() const;  // oldest first
+    void Remove() const;                     // closes it and forgets all entries
+
+  private:
+    HKEY m_root;
+    std::wstring m_path;
+};
+
+}  // namespace kzp::standins

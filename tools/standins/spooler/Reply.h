@@ -1,0 +1,83 @@
+// Answers in the spooler's buffer layout: the structures first, what they point to packed at the end.
+#pragma once
+
+#include <windows.h>
+
+#include <cstring>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kzp::standins::spooler {
+
+// Collects `Info` structures and the texts and blocks that belong to them, then hands all of it out in one
+// buffer. As with the real spooler, blocks in the buffer are aligned to 2 bytes only.
+template <class Info>
+class Reply {
+  public:
+    // Starts the next structure; the following Texts and Blocks belong to it.
+    void Add(const Info& info) { m_infos.push_back(info); }
+
+    template <class Pointer>
+    void Text(Pointer Info::*member, const std::wstring& text) {
+        Attach(member, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
+    }
+    // Without a block the member becomes null.
+    template <class Pointer>
+    void Block(Pointer Info::*member, const std::vector<BYTE>& block) {
+        m_infos.back().*member = nullptr;
+        if (!block.empty())
+            Attach(member, block.data(), block.size());
+    }
+
+    // The Win32 code of the call. `needed` becomes the size of the whole answer; when the buffer is smaller
+    // (ERROR_INSUFFICIENT_BUFFER) it is left untouched. `returned` (may be null) becomes the number of
+    // structures.
+    DWORD HandOut(BYTE* buffer, DWORD bytes, DWORD* needed, DWORD* returned = nullptr) {
+        if (!needed)
+            return ERROR_INVALID_PARAMETER;
+        if (!buffer && bytes)
+            return ERROR_INVALID_USER_BUFFER;
+        size_t total = m_infos.size() * sizeof(Info);
+        for (const Attachment& attachment : m_attachments)
+            total += attachment.bytes.size();
+        *needed = static_cast<DWORD>(total);
+        if (returned)
+            *returned = 0;
+        if (bytes < total)
+            return ERROR_INSUFFICIENT_BUFFER;
+        BYTE* end = buffer + (bytes & ~DWORD{1});
+        for (const Attachment& attachment : m_attachments) {
+            end -= attachment.bytes.size();
+            std::memcpy(end, attachment.bytes.data(), attachment.bytes.size());
+            std::memcpy(reinterpret_cast<BYTE*>(&m_infos[attachment.info]) + attachment.pointerOffset, &end,
+                        sizeof end);
+        }
+        if (!m_infos.empty())
+            std::memcpy(buffer, m_infos.data(), m_infos.size() * sizeof(Info));
+        if (returned)
+            *returned = static_cast<DWORD>(m_infos.size());
+        return ERROR_SUCCESS;
+    }
+
+  private:
+    struct Attachment {
+        size_t info;
+        size_t pointerOffset;
+        std::vector<BYTE> bytes;  // always an even number of them
+    };
+
+    template <class Pointer>
+    void Attach(Pointer Info::*member, const void* data, size_t size) {
+        Info& info = m_infos.back();
+        const auto offset = reinterpret_cast<BYTE*>(&(info.*member)) - reinterpret_cast<BYTE*>(&info);
+        std::vector<BYTE> bytes((size + 1) & ~size_t{1});
+        std::memcpy(bytes.data(), data, size);
+        m_attachments.push_back({m_infos.size() - 1, static_cast<size_t>(offset), std::move(bytes)});
+    }
+
+    std::vector<Info> m_infos;
+    std::vector<Attachment> m_attachments;
+};
+
+}  // namespace kzp::standins::spooler

@@ -1,0 +1,82 @@
+#include "tools/standins/spooler/SpoolerControl.h"
+
+#include "tools/standins/common/Journal.h"
+#include "tools/standins/common/Registry.h"
+#include "tools/standins/spooler/Places.h"
+
+namespace kzp::standins::spooler {
+
+namespace {
+
+std::wstring Below(const wchar_t* key, const std::wstring& name) {
+    return std::wstring(key) + L"\\" + name;
+}
+
+}  // namespace
+
+bool IsInPlace() {
+    const HMODULE spooler = GetModuleHandleW(L"winspool.drv");
+    return spooler && GetProcAddress(spooler, "KzpStandInSpooler");
+}
+
+void FailCall(const std::wstring& function, DWORD error, DWORD times, DWORD after) {
+    const MachineLock lock(kLockName);
+    const Key key = CreateKey(HKEY_LOCAL_MACHINE, Below(kFailKey, function));
+    WriteDword(key, L"Error", error);
+    WriteDword(key, L"Times", times);
+    WriteDword(key, L"After", after);
+}
+
+void ClearFailures() {
+    const MachineLock lock(kLockName);
+    DeleteKey(HKEY_LOCAL_MACHINE, kFailKey);
+}
+
+void StartLog() {
+    StopLog();
+    Journal(HKEY_LOCAL_MACHINE, kLogKey).Open();
+}
+
+std::vector<std::wstring> ReadLog() {
+    return Journal(HKEY_LOCAL_MACHINE, kLogKey).Read();
+}
+
+void StopLog() {
+    Journal(HKEY_LOCAL_MACHINE, kLogKey).Remove();
+}
+
+void SetUpPrinter(const PrinterSetUp& printer) {
+    const MachineLock lock(kLockName);
+    WriteText(CreateKey(HKEY_LOCAL_MACHINE, kPortsKey), printer.port, L"");
+
+    const Key driver = CreateKey(HKEY_LOCAL_MACHINE, Below(kDriversKey, printer.driver));
+    WriteDword(driver, L"Version", 3);
+    WriteText(driver, L"Driver", printer.driverFile);
+    WriteText(driver, L"Data File", L"kzpwriter.gpd");
+    WriteText(driver, L"Configuration File", L"unidrvui.dll");
+
+    const std::wstring path = Below(kPrintersKey, printer.name);
+    DeleteKey(HKEY_LOCAL_MACHINE, path);
+    const Key queue = CreateKey(HKEY_LOCAL_MACHINE, path);
+    WriteText(queue, L"Name", printer.name);
+    WriteText(queue, L"Port", printer.port);
+    WriteText(queue, L"Printer Driver", printer.driver);
+    WriteText(queue, L"Print Processor", kPrintProcessor);
+    WriteText(queue, L"Datatype", L"RAW");
+    WriteDword(queue, L"Attributes", printer.attributes);
+    if (printer.deviceMode)
+        WriteValue(queue, L"Default DevMode", REG_BINARY, printer.deviceMode,
+                   size_t{printer.deviceMode->dmSize} + printer.deviceMode->dmDriverExtra);
+}
+
+void RemovePrinter(const std::wstring& name) {
+    const MachineLock lock(kLockName);
+    DeleteKey(HKEY_LOCAL_MACHINE, Below(kPrintersKey, name));
+}
+
+void RemoveForm(const std::wstring& name) {
+    const MachineLock lock(kLockName);
+    DeleteValue(OpenKey(HKEY_LOCAL_MACHINE, kFormsKey, KEY_WRITE), name);
+}
+
+}  // namespace kzp::standins::spooler
