@@ -1,0 +1,69 @@
+// The gate of DevMode on current systems with a spooled queue: a companion on screen shuts it, one without a
+// window does not. Real processes, real windows.
+#include <gtest/gtest.h>
+
+#include "core/InteractionApp.h"
+#include "tests/support/Files.h"
+#include "tests/support/PlugInDll.h"
+#include "tests/support/ScratchRegistry.h"
+#include "tools/standins/companions/Companions.h"
+
+namespace kzp::test {
+namespace {
+
+using namespace kzp::standins;
+
+struct CompanionGate : testing::Test {
+    CompanionGate() { WriteDword(HKEY_LOCAL_MACHINE, kQueueKey, L"Attributes", 0x240); }
+    ~CompanionGate() override {
+        QuitAll();
+        object->Release();
+    }
+
+    void Start(const std::wstring& name, const wchar_t* does) {
+        ASSERT_TRUE(StartCompanion(PlaceCompanion(folder.Path(), name, does)));
+        ASSERT_TRUE(WaitReady(name));
+    }
+    HRESULT AskSize() {
+        OEMDMPARAM param = {};
+        return object->DevMode(OEMDM_SIZE, &param);
+    }
+
+    ScratchRegistry registry;
+    TemporaryFolder folder;
+    PlugInDll dll;
+    IPrintOemUI2* object = dll.Create();
+};
+
+TEST_F(CompanionGate, IsShutWhileTheCompanionShowsAWindow) {
+    EXPECT_EQ(S_OK, AskSize());
+    Start(L"kzpwriterINTERACTION.exe", kShowsWindow);
+    EXPECT_EQ(E_FAIL, AskSize());
+    QuitAll();
+    EXPECT_EQ(S_OK, AskSize());
+}
+
+TEST_F(CompanionGate, StaysOpenForACompanionWithoutAWindowAndForOthersWithOne) {
+    Start(L"KzpWriterInteraction.exe", kHoldsMapping);
+    Start(L"KzpWriterInteraction2.exe", kShowsWindow);
+    EXPECT_EQ(S_OK, AskSize()) << "the signal does not count here either";
+}
+
+TEST_F(CompanionGate, TakesNoProcessForItself) {
+    wchar_t self[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, self, MAX_PATH);
+    EXPECT_EQ(0u, FindOtherProcessByName(wcsrchr(self, L'\\') + 1));
+    EXPECT_EQ(0u, FindOtherProcessByName(L"no such program.exe"));
+
+    EXPECT_EQ(nullptr, FindVisibleWindowOfProcess(0));
+    const HWND window = CreateWindowExW(0, L"STATIC", L"mine", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr,
+                                        nullptr, nullptr, nullptr);
+    EXPECT_EQ(window, FindVisibleWindowOfProcess(0)) << "0 means this process";
+    EXPECT_EQ(window, FindVisibleWindowOfProcess(GetCurrentProcessId()));
+    ShowWindow(window, SW_HIDE);
+    EXPECT_EQ(nullptr, FindVisibleWindowOfProcess(0));
+    DestroyWindow(window);
+}
+
+}  // namespace
+}  // namespace kzp::test
