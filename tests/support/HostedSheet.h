@@ -1,0 +1,29 @@
+// The delivered plug-in in the driver host, ready to show its sheet: the four objects in the order that they
+// need.
+#pragma once
+
+#include "tools/driverhost/SheetRun.h"
+
+namespace kzp::test {
+
+struct HostedSheet {
+    driverhost::PlugIn plugIn;
+    driverhost::DocumentSession session;
+    driverhost::HostSheet sheet;
+    driverhost::SheetRun run;
+
+    explicit HostedSheet(driverhost::SessionOptions options = {}, driverhost::SheetOptions shape = {})
+        : plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll")),
+          session(plugIn, std::move(options)),
+          sheet(session, shape),
+          run(sheet) {}
+};
+
+// Options of a session whose printer need not exist; its handle is then null.
+inline driverhost::SessionOptions AnyPrinter() {
+    driverhost::SessionOptions options;
+    options.needsPrinter = false;
+    return options;
+}
+
+}  // namespace kzp::test

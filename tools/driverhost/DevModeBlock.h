@@ -1,0 +1,58 @@
+// The device mode as the core driver keeps it: the public DEVMODEW, the driver's own private part (the
+// selections of its features by keyword), and behind them the plug-in's private block.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "driverkit/prcomoem.h"
+#include "tools/driverhost/DriverTree.h"
+
+namespace driverhost {
+
+// What the plug-in answered to one of the four operations.
+struct DevModeCall {
+    DWORD mode;  // OEMDM_*
+    HRESULT result;
+};
+
+class DevModeBlock {
+  public:
+    // Runs the four operations: the size; defaults; the printer's stored block converted into them; and, as
+    // for an application that hands its device mode back, the result merged into fresh defaults. `stored` may
+    // be empty, short or foreign. HostError when the plug-in refuses to tell the size, as the driver then has
+    // no sheet.
+    DevModeBlock(IPrintOemUI2* plugIn, HMODULE plugInModule, HANDLE printer, const std::wstring& printerName,
+                 const std::vector<BYTE>& stored);
+
+    PDEVMODEW Public() { return reinterpret_cast<PDEVMODEW>(m_bytes.data()); }
+    const DEVMODEW* Public() const { return reinterpret_cast<const DEVMODEW*>(m_bytes.data()); }
+    BYTE* PlugInPart();
+    const BYTE* PlugInPart() const;
+    DWORD PlugInBytes() const { return m_plugInBytes; }
+    const std::vector<BYTE>& Bytes() const { return m_bytes; }
+    const std::vector<DevModeCall>& Calls() const { return m_calls; }
+
+    // The selections kept in the driver's part go to the tree when a sheet opens, and come back on Apply; the
+    // public fields follow them.
+    void GiveTo(DriverTree& tree) const;
+    void TakeFrom(const DriverTree& tree);
+
+  private:
+    void StartDefault(const std::wstring& printerName);
+    HRESULT Call(DWORD mode, void* in, void* out);
+    void TakeStored(const std::vector<BYTE>& stored);
+
+    IPrintOemUI2* m_plugIn;
+    OEMDMPARAM m_param = {};
+    DWORD m_plugInBytes = 0;
+    std::vector<BYTE> m_bytes;
+    std::vector<DevModeCall> m_calls;
+};
+
+// The printer's device mode: the user's own, else the printer's. Empty when the printer has none.
+std::vector<BYTE> LoadDevMode(HANDLE printer);
+// Stores it for the user, or for the printer where the spooler keeps none for users. Answers a Win32 code.
+DWORD StoreDevMode(HANDLE printer, const DevModeBlock& block);
+
+}  // namespace driverhost

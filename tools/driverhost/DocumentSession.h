@@ -1,0 +1,93 @@
+// One session of the driver's user interface for a document: printer, plug-in object, helper, device mode,
+// option tree, and the parameter blocks through which the plug-in sees them.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/driverhost/DevModeBlock.h"
+#include "tools/driverhost/DriverHelper.h"
+#include "tools/driverhost/DriverTree.h"
+#include "tools/driverhost/PlugIn.h"
+
+namespace driverhost {
+
+inline constexpr wchar_t kDefaultPrinter[] = L"Brimlake KZP Writer for 2D";
+
+struct SessionOptions {
+    std::wstring printer = kDefaultPrinter;
+    bool needsPrinter = true;            // false: a missing printer gives a null handle instead of an error
+    bool offersHelper = true;            // false: the helper object refuses its interface
+    bool plugInItem = true;              // false: the plug-in's own item array is empty
+    std::optional<DriverTree> features;  // instead of the standard tree
+    std::optional<DWORD> firstItems;     // keep only so many driver items
+};
+
+// What the plug-in answered to one CommonUIProp call.
+struct CommonUIPropCall {
+    bool withItems;
+    HRESULT result;
+    DWORD plugInItems;  // cOEMOptItems after the call
+};
+
+class DocumentSession {
+  public:
+    // Creates the object, publishes the helper and runs the DevMode operations. HostError when the printer
+    // cannot be opened or the plug-in refuses.
+    DocumentSession(const PlugIn& plugIn, SessionOptions options);
+    ~DocumentSession();
+    DocumentSession(const DocumentSession&) = delete;
+    DocumentSession& operator=(const DocumentSession&) = delete;
+
+    // CommonUIProp as for a document sheet: first without item arrays, then with them.
+    void PresentItems();
+
+    // Tells the plug-in's callback about an event of the driver's page; CPSUICB_ACTION_NONE without a
+    // callback.
+    LONG TellCallback(WORD reason, HWND page, POPTITEM current = nullptr, LONG oldSelection = 0);
+
+    // The accepted Apply: selections into the device mode, and that into the spooler. Answers a Win32 code.
+    DWORD Accept();
+
+    IPrintOemUI2* Object() const { return m_object.Get(); }
+    HANDLE Printer() const { return m_printer.Get(); }
+    const std::wstring& PrinterName() const { return m_printerName; }
+    DriverTree& Tree() { return m_tree; }
+    DriverTree& PlugInTree() { return m_plugInTree; }
+    DriverHelper& Helper() { return m_helper; }
+    DevModeBlock& DevMode() { return *m_devMode; }
+    OEMCUIPPARAM& UIParam() { return m_uiParam; }
+    OEMUIPSPARAM& SheetParam() { return m_sheetParam; }
+    DWORD Signature() const { return m_signature; }
+    DWORD Version() const { return m_version; }
+    HRESULT Published() const { return m_published; }
+    const std::vector<CommonUIPropCall>& CommonUIPropCalls() const { return m_calls; }
+
+  private:
+    struct HeapTraits {
+        using Type = HANDLE;
+        static Type Empty() { return nullptr; }
+        static void Close(Type heap) { HeapDestroy(heap); }
+    };
+    void CallCommonUIProp(bool withItems);
+
+    std::wstring m_printerName;
+    kzp::UniquePrinter m_printer;
+    kzp::UniqueHandle<HeapTraits> m_heap;  // frees all that the plug-in attached to the items
+    DriverHelper& m_helper;
+    DriverTree m_tree;
+    DriverTree m_plugInTree;
+    OEMUIOBJ m_uiObject = {sizeof(OEMUIOBJ), nullptr};
+    OEMCUIPPARAM m_uiParam = {};
+    OEMUIPSPARAM m_sheetParam = {};
+    ComRef<IPrintOemUI2> m_object;
+    DWORD m_signature = 0;
+    DWORD m_version = 0;
+    HRESULT m_published = E_FAIL;
+    std::unique_ptr<DevModeBlock> m_devMode;
+    std::vector<CommonUIPropCall> m_calls;
+};
+
+}  // namespace driverhost

@@ -1,0 +1,71 @@
+// The core driver's option items in the layout that a plug-in sees: OPTITEM, OPTTYPE, OPTPARAM, and USERDATA
+// with the feature's ANSI keyword.
+#pragma once
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "driverkit/printoem.h"
+
+namespace driverhost {
+
+struct Feature {
+    std::string keyword;  // empty: the item has user data without a keyword
+    std::wstring name;
+    BYTE dmPub = DMPUB_NONE;            // DMPUB_*
+    BYTE type = TVOT_LISTBOX;           // TVOT_*
+    std::vector<std::wstring> options;  // empty: the item has no type (a heading)
+    LONG selection = 0;
+    BYTE level = 1;
+    DWORD flags = 0;  // OPTIF_*
+};
+
+class DriverTree {
+  public:
+    DriverTree() = default;  // no items
+    DriverTree(DriverTree&&) = default;
+    DriverTree& operator=(DriverTree&&) = default;
+
+    // The document items of the printer's driver. `helpItemName` names the second-level item.
+    static DriverTree Standard(const std::wstring& helpItemName);
+    // The one item that the plug-in's part of the tree holds: where the output goes.
+    static DriverTree PlugInItems();
+
+    // Building; pointers to items are good once nothing is added or removed any more.
+    DriverTree& Add(Feature feature);
+    DriverTree& KeepFirst(size_t count);
+    DriverTree& Remove(PCSTR keyword);
+    DriverTree& DropOptions(PCSTR keyword);  // a type with no options
+    DriverTree& DropType(PCSTR keyword);     // no type
+    DriverTree& DropUserData(PCSTR keyword);
+
+    // The array that a plug-in gets; null for an empty tree.
+    POPTITEM Items() { return m_items.empty() ? nullptr : m_items.data(); }
+    DWORD Count() const { return static_cast<DWORD>(m_items.size()); }
+    const std::vector<OPTITEM>& All() const { return m_items; }
+
+    // By whole keyword; null when there is none. The position is -1 for a foreign item.
+    POPTITEM Find(PCSTR keyword);
+    const OPTITEM* Find(PCSTR keyword) const;
+    int PositionOf(const void* item) const;
+
+  private:
+    struct Storage {
+        Feature feature;
+        std::vector<OPTPARAM> params;
+        OPTTYPE type;
+        USERDATA data;
+    };
+    size_t At(PCSTR keyword) const;  // HostError when missing
+
+    std::deque<Storage> m_storage;  // a deque: elements stay where they are
+    std::vector<OPTITEM> m_items;
+};
+
+std::string KeywordOf(const OPTITEM& item);
+bool IsHidden(const OPTITEM& item);
+// "A4", the number of an up-down item, or "(12?)" for a selection without an option.
+std::wstring SelectedText(const OPTITEM& item);
+
+}  // namespace driverhost

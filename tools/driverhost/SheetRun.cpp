@@ -1,0 +1,185 @@
+#include "tools/driverhost/SheetRun.h"
+
+#include <commctrl.h>
+#include <shlobj.h>
+
+#include <algorithm>
+
+#include "tools/driverhost/Text.h"
+#include "tools/driverhost/TreeWindow.h"
+
+namespace driverhost {
+
+namespace {
+
+constexpr UINT kTickMilliseconds = 20;
+constexpr int kRestingTicks = 3;
+constexpr int kBoxText = 0xFFFF;  // the platform's id for a message box's text
+
+thread_local SheetRun* t_run = nullptr;
+
+bool IsDialog(HWND window) {
+    wchar_t name[16] = {};
+    GetClassNameW(window, name, 16);
+    return wcscmp(name, L"#32770") == 0;
+}
+
+std::wstring TextOf(HWND window) {
+    wchar_t text[1024] = {};
+    GetWindowTextW(window, text, 1024);
+    return text;
+}
+
+bool HasDescendant(HWND window, PCWSTR windowClass) {
+    struct Search {
+        PCWSTR name;
+        bool found;
+    } search = {windowClass, false};
+    EnumChildWindows(
+        window,
+        [](HWND child, LPARAM parameter) -> BOOL {
+            auto& wanted = *reinterpret_cast<Search*>(parameter);
+            wchar_t name[64] = {};
+            GetClassNameW(child, name, 64);
+            wanted.found = wcscmp(name, wanted.name) == 0;
+            return !wanted.found;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+std::vector<HWND> VisibleDialogsOfThread() {
+    std::vector<HWND> windows;
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND window, LPARAM parameter) -> BOOL {
+            if (IsWindowVisible(window) && IsDialog(window))
+                reinterpret_cast<std::vector<HWND>*>(parameter)->push_back(window);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&windows));
+    return windows;
+}
+
+}  // namespace
+
+LONG SheetRun::Show() {
+    const bool scripted = !m_steps.empty();
+    TreeWindow owner(m_sheet.Session());
+    UINT_PTR timer = 0;
+    if (scripted) {
+        m_deadline = GetTickCount64() + limitMilliseconds;
+        t_run = this;
+        timer = SetTimer(nullptr, 0, kTickMilliseconds, Tick);
+    }
+    const auto stop = [&] {
+        if (timer)
+            KillTimer(nullptr, timer);
+        t_run = nullptr;
+    };
+    LONG result = CPSUI_CANCEL;
+    try {
+        result = m_sheet.Show(owner.Window());
+    } catch (...) {
+        stop();
+        throw;
+    }
+    stop();
+    if (m_error)
+        throw *m_error;
+    return result;
+}
+
+void SheetRun::Wait(DWORD milliseconds) {
+    m_notBefore = GetTickCount64() + milliseconds;
+}
+
+void CALLBACK SheetRun::Tick(HWND, UINT, UINT_PTR, DWORD) {
+    if (t_run)
+        t_run->OnTick();
+}
+
+void SheetRun::OnTick() {
+    if (!m_sheet.Window() || !IsWindow(m_sheet.Window()))
+        return;
+    if (!m_error && GetTickCount64() > m_deadline)
+        m_error = HostError{L"the sheet takes too long: cancelled"};
+    // While a step waits in a box, ticks arrive inside it.
+    if (AnswerDialogs() || m_inStep || !Settled())
+        return;
+    m_inStep = true;
+    try {
+        RunNextStep();
+    } catch (const HostError& error) {
+        m_error = error;
+    }
+    m_inStep = false;
+    m_restingTicks = 0;
+}
+
+void SheetRun::RunNextStep() {
+    if (m_error || m_steps.empty()) {
+        m_user.Cancel();
+        return;
+    }
+    const SheetStep step = std::move(m_steps.front());
+    m_steps.pop_front();
+    step(m_user);
+}
+
+bool SheetRun::Settled() {
+    const int page = m_sheet.CurrentPage();
+    m_restingTicks = page == m_restingPage ? m_restingTicks + 1 : 0;
+    m_restingPage = page;
+    return m_restingTicks >= kRestingTicks && GetTickCount64() >= m_notBefore;
+}
+
+// True while something other than the sheet is in front of it.
+bool SheetRun::AnswerDialogs() {
+    bool waiting = false;
+    for (const HWND dialog : VisibleDialogsOfThread()) {
+        if (dialog == m_sheet.Window())
+            continue;
+        waiting = true;
+        if (std::find(m_answered.begin(), m_answered.end(), dialog) != m_answered.end())
+            continue;
+        m_answered.push_back(dialog);
+        if (onBox)
+            onBox(dialog);
+        if (HasDescendant(dialog, WC_TREEVIEWW))
+            AnswerBrowser(dialog);
+        else
+            AnswerBox(dialog);
+    }
+    if (!waiting)
+        m_answered.clear();
+    return waiting;
+}
+
+void SheetRun::AnswerBox(HWND box) {
+    SeenBox seen = {TextOf(box), TextOf(GetDlgItem(box, kBoxText)), GetWindow(box, GW_OWNER)};
+    m_sheet.Note(Format(L"box: \"%ls\": %ls", seen.caption.c_str(), seen.text.c_str()));
+    m_boxes.push_back(std::move(seen));
+    int button = IDOK;
+    if (!m_boxAnswers.empty()) {
+        button = m_boxAnswers.front();
+        m_boxAnswers.pop_front();
+    } else if (!GetDlgItem(box, IDOK)) {
+        button = IDCANCEL;
+    }
+    PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
+}
+
+void SheetRun::AnswerBrowser(HWND browser) {
+    std::wstring folder;
+    if (!m_folders.empty()) {
+        folder = m_folders.front();
+        m_folders.pop_front();
+    }
+    m_sheet.Note(folder.empty() ? std::wstring(L"folder browser: cancelled") : L"folder browser: " + folder);
+    if (!folder.empty())
+        SendMessageW(browser, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(folder.c_str()));
+    PostMessageW(browser, WM_COMMAND, folder.empty() ? IDCANCEL : IDOK, 0);
+}
+
+}  // namespace driverhost
