@@ -2,35 +2,31 @@
 
 #include <prsht.h>
 
-#include "core/Module.h"
 #include "help/ResourceModule.h"
 #include "settings/SheetState.h"
 
 namespace kzp {
 
-namespace {
-
-// Runs `use` with the text, if there is one.
-template <class Use>
-void WithText(UINT id, Use&& use) {
+std::wstring LoadText(UINT id, HMODULE module) {
     const HANDLE heap = g_sheet.CurrentUIParam ? g_sheet.CurrentUIParam->hOEMHeap : GetProcessHeap();
-    const PWSTR text = LoadResString(heap, g_hInstance, id);
-    if (!text)
-        return;
-    use(text);
-    HeapFree(heap, 0, text);
+    const PWSTR block = LoadResString(heap, module, id);
+    if (!block)
+        return {};
+    std::wstring text = block;
+    HeapFree(heap, 0, block);
+    return text;
 }
 
-}  // namespace
-
 void LocaliseControls(HWND page, std::span<const ControlText> table) {
-    for (const ControlText& entry : table)
-        WithText(entry.text, [&](PCWSTR text) { SetDlgItemTextW(page, entry.control, text); });
+    for (const ControlText& entry : table) {
+        if (const std::wstring text = LoadText(entry.text); !text.empty())
+            SetDlgItemTextW(page, entry.control, text.c_str());
+    }
 }
 
 void LocalisePageTitle(HWND page, UINT title) {
-    WithText(title,
-             [&](PCWSTR text) { SendMessageW(page, PSM_SETTITLEW, 1, reinterpret_cast<LPARAM>(text)); });
+    if (const std::wstring text = LoadText(title); !text.empty())
+        SendMessageW(page, PSM_SETTITLEW, 1, reinterpret_cast<LPARAM>(text.c_str()));
 }
 
 }  // namespace kzp

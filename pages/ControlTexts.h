@@ -4,6 +4,9 @@
 #include <windows.h>
 
 #include <span>
+#include <string>
+
+#include "core/Module.h"
 
 namespace kzp {
 
@@ -12,8 +15,11 @@ struct ControlText {
     UINT text;
 };
 
-// Sets each control's text; one that cannot be loaded leaves the template's. Texts come through the heap that
-// the driver's parameter block names and are given back to it.
+// A text of the resource module beside `module`, at most 259 characters, empty when it cannot be loaded. It
+// comes through the heap that the driver's parameter block names and is given back to it.
+std::wstring LoadText(UINT id, HMODULE module = g_hInstance);
+
+// Sets each control's text; one that cannot be loaded leaves the template's.
 void LocaliseControls(HWND page, std::span<const ControlText> table);
 
 // Sends text `title` to the page as PSM_SETTITLEW with wParam 1.

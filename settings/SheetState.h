@@ -19,7 +19,10 @@ struct SheetState {
     LONG_PTR OutputPageHandle = 0;
     bool ExtraPageAdded = false;  // a further page behind ours; cleared whenever the pages are added
 
-    bool SheetPrimed = false;        // the fonts dialog is embedded and every tab has been visited
+    bool SheetPrimed = false;  // the fonts dialog is embedded and every tab has been visited
+    HWND FirstHiddenChild =
+        nullptr;                     // the driver page's first control, when it was hidden for the first time
+    HWND FontsDialog = nullptr;      // the embedded fonts dialog while it exists
     HWND SheetTabControl = nullptr;  // the sheet's tab control; owns the pages' message boxes
     bool ApplyRefused = false;       // set by a refused commit, cleared by the settings page
     bool ApplyButtonVisible = true;  // whether the sheet showed Apply when the settings page was set up

@@ -1,9 +1,17 @@
 #include "pages/output/OutputLocationPage.h"
 
+#include <wchar.h>
+
 #include "core/DebugTrace.h"
 #include "help/Help.h"
 #include "pages/ControlTexts.h"
+#include "pages/DriverOptions.h"
+#include "pages/SheetFrame.h"
+#include "pages/output/FolderHistory.h"
+#include "pages/output/OutputFolder.h"
 #include "resources/resource.h"
+#include "settings/SettingsStore.h"
+#include "settings/SheetState.h"
 
 namespace kzp {
 
@@ -21,25 +29,185 @@ constexpr ControlText kTexts[] = {
     {IDC_HELP_OUTPUT, IDS_HELP_OUTPUT},
 };
 
+// Selections of the output-location item in the driver's tree.
+constexpr LONG kToDocuments = 0;
+constexpr LONG kToUserFolder = 1;
+
+// The first of the plug-in's own items mirrors the choice; the driver need not pass any.
+POPTITEM OutputLocationItem() {
+    const POEMCUIPPARAM param = g_sheet.CurrentUIParam;
+    return param && param->pOEMOptItems && param->cOEMOptItems > 0 ? param->pOEMOptItems : nullptr;
+}
+
+void EnableFolderControls(HWND page, bool enable) {
+    EnableWindow(GetDlgItem(page, IDC_FOLDER), enable);
+    EnableWindow(GetDlgItem(page, IDC_BROWSE), enable);
+}
+
+// Written at once; cancelling the sheet does not take it back.
+void StoreDocumentsFolder(HWND page, const std::wstring& documents) {
+    WriteStringSetting(kDefaultDir, documents);
+    SetDlgItemTextW(page, IDC_FOLDER, L"");  // leaves the selection of a drop-down list as it is
+}
+
+// The mixed-case "No" is what is stored; readers do not mind the case.
+void TakePromptChoice(HWND page) {
+    g_pendingSettings.PromptFileName =
+        IsDlgButtonChecked(page, IDC_PROMPT_FILE_NAME) == BST_CHECKED ? L"YES" : L"No";
+}
+
+void ShowPromptChoice(HWND page) {
+    std::wstring prompt;
+    ReadStringSetting(kPromptFileName, prompt);
+    const bool isNo = !IsPrefixOfYes(prompt) && IsPrefixOfNo(prompt);
+    CheckDlgButton(page, IDC_PROMPT_FILE_NAME, isNo ? BST_UNCHECKED : BST_CHECKED);
+    if (!isNo)
+        WriteStringSetting(kPromptFileName, L"YES");
+    TakePromptChoice(page);
+}
+
+// The stored folder counts only while it can be entered; the process deliberately stays in it.
+bool EnterUserFolder(const std::wstring& folder, const std::wstring& documents) {
+    return folder != documents && _wchdir(folder.c_str()) == 0;
+}
+
+void ShowLocation(HWND page) {
+    EnableFolderControls(page, false);
+    const std::wstring documents = DocumentsFolder();
+    std::wstring folder;
+    ReadStringSetting(kDefaultDir, folder);
+    if (EnterUserFolder(folder, documents)) {
+        CheckDlgButton(page, IDC_USER_LOCATION, BST_CHECKED);
+        EnableFolderControls(page, true);
+    } else {
+        CheckDlgButton(page, IDC_DOCUMENTS_LOCATION, BST_CHECKED);
+        StoreDocumentsFolder(page, documents);
+    }
+    ReadStringSetting(kDefaultDir, g_pendingSettings.DefaultDir);
+}
+
+void ShowHistory(HWND page) {
+    std::wstring history;
+    if (!ReadStringSetting(kPathDirs, history))
+        return;
+    g_pendingSettings.PathDirs = history;
+    const HWND list = GetDlgItem(page, IDC_FOLDER);
+    for (const std::wstring& entry : HistoryEntries(history)) {
+        const LRESULT index = SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
+        if (entry == g_pendingSettings.DefaultDir)
+            SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    }
+}
+
+void OnInit(HWND page) {
+    if (!g_sheet.SheetPrimed)
+        VisitAllTabs(GetParent(page));
+    LocalisePageTitle(page, IDS_OUTPUT_PAGE_TITLE);
+    LocaliseControls(page, kTexts);
+    ShowPromptChoice(page);
+    ShowLocation(page);
+    ShowHistory(page);
+}
+
+void OnPromptClicked(HWND page) {
+    TakePromptChoice(page);
+    EnableApply(GetParent(page));
+}
+
+void OnDocumentsLocation(HWND page) {
+    EnableFolderControls(page, false);
+    const std::wstring documents = DocumentsFolder();
+    StoreDocumentsFolder(page, documents);
+    g_pendingSettings.DefaultDir = documents;
+    SelectOption(OutputLocationItem(), kToDocuments);
+    EnableApply(GetParent(page));
+}
+
+void OnSourceLocation(HWND page) {
+    EnableFolderControls(page, false);
+    EnableApply(GetParent(page));
+}
+
+void OnUserLocation(HWND page) {
+    EnableWindow(GetDlgItem(page, IDC_FOLDER), TRUE);
+    std::wstring folder;
+    if (ReadStringSetting(kDefaultDir, folder))
+        ValidateOutputFolder(page, folder != DocumentsFolder() ? folder : std::wstring());
+    EnableFolderControls(page, true);
+    SelectOption(OutputLocationItem(), kToUserFolder);
+    EnableApply(GetParent(page));
+}
+
+void OnBrowse(HWND page) {
+    std::wstring folder;
+    BrowseForFolder(LoadText(IDS_BROWSE_TITLE).c_str(), page, folder);
+    if (!folder.empty())
+        ValidateOutputFolder(page, folder);
+}
+
+void OnFolderSelected(HWND page) {
+    wchar_t folder[MAX_PATH] = {};
+    if (GetDlgItemTextW(page, IDC_FOLDER, folder, MAX_PATH) > 0)
+        g_pendingSettings.DefaultDir = folder;
+    EnableApply(GetParent(page));
+}
+
+bool OnFolderNotification(HWND page, UINT code) {
+    if (code == CBN_SELCHANGE)
+        OnFolderSelected(page);
+    else if (code == CBN_EDITCHANGE)
+        EnableApply(GetParent(page));
+    else
+        return false;
+    return true;
+}
+
+bool OnCommand(HWND page, int control, UINT code) {
+    if (control == IDC_FOLDER)
+        return OnFolderNotification(page, code);
+    if (code != BN_CLICKED)
+        return false;
+    switch (control) {
+        case IDC_PROMPT_FILE_NAME:
+            OnPromptClicked(page);
+            return true;
+        case IDC_DOCUMENTS_LOCATION:
+            OnDocumentsLocation(page);
+            return true;
+        case IDC_SOURCE_LOCATION:
+            OnSourceLocation(page);
+            return true;
+        case IDC_USER_LOCATION:
+            OnUserLocation(page);
+            return true;
+        case IDC_BROWSE:
+            OnBrowse(page);
+            return true;
+        case IDC_HELP_OUTPUT:
+            ShowHelp();
+            return true;
+        default:
+            return false;
+    }
+}
+
+INT_PTR OnMessage(HWND page, UINT message, WPARAM wParam) {
+    switch (message) {
+        case WM_INITDIALOG:
+            OnInit(page);
+            return 0;  // the sheet keeps the keyboard focus where it is
+        case WM_COMMAND:
+            return OnCommand(page, LOWORD(wParam), HIWORD(wParam)) ? 1 : 0;
+        default:
+            return 0;
+    }
+}
+
 }  // namespace
 
 INT_PTR CALLBACK OutputLocationPageProc(HWND page, UINT message, WPARAM wParam, LPARAM) {
     return GuardCallback<INT_PTR>(L"OutputLocationPageProc", L"pages/output/OutputLocationPage", __LINE__, 0,
-                                  [&]() -> INT_PTR {
-                                      switch (message) {
-                                          case WM_INITDIALOG:
-                                              LocalisePageTitle(page, IDS_OUTPUT_PAGE_TITLE);
-                                              LocaliseControls(page, kTexts);
-                                              return 0;
-                                          case WM_COMMAND:
-                                              if (wParam != MAKEWPARAM(IDC_HELP_OUTPUT, BN_CLICKED))
-                                                  return 0;
-                                              ShowHelp();
-                                              return 1;
-                                          default:
-                                              return 0;
-                                      }
-                                  });
+                                  [&] { return OnMessage(page, message, wParam); });
 }
 
 }  // namespace kzp

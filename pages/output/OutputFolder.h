@@ -1,0 +1,25 @@
+// The folder that receives the files: where the user's documents are, choosing another one, and taking it
+// over once a file could be created in it.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace kzp {
+
+// The user's documents folder, as the shell spells it; empty when the shell has none. Shell code is loaded at
+// the first call.
+std::wstring DocumentsFolder();
+
+// Shows the shell's folder browser. 0 with the path of the chosen folder, empty for an item that has none; 1
+// with an empty `folder` when the user cancelled.
+int BrowseForFolder(PCWSTR title, HWND owner, std::wstring& folder);
+
+// Proves that a file can be created in `folder`, puts the folder into the output page's list and, while "User
+// document location" is checked, into the pending folder and the pending history. An empty folder passes
+// unproven and takes over what the list shows. 0 when no file could be created, with everything as it was and
+// the user told; otherwise 1.
+int ValidateOutputFolder(HWND page, const std::wstring& folder);
+
+}  // namespace kzp
