@@ -109,7 +109,8 @@ INT_PTR CAdvancedDlg::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             const auto* const change = reinterpret_cast<const NMLISTVIEW*>(lParam);
             if (change->hdr.idFrom != IDC_FONT_LIST || change->hdr.code != LVN_ITEMCHANGED)
                 return 0;
-            if (change->uNewState >= kFirstCheckState)
+            // Where the dialog itself changes many entries, it enables Apply once, with the choice.
+            if (change->uNewState >= kFirstCheckState && !m_fonts.IsChanging())
                 EnableApply();
             return 1;
         }
@@ -157,6 +158,7 @@ void CAdvancedDlg::FillFontList() {
     TakeChoice(choice);
 
     const NameIndex index(listed);
+    const CCheckListViewCtrl::ManyChanges changes(m_fonts);
     for (const FontRecord& record : stored) {
         if (const int found = index.Find(FaceNameOf(record)); found >= 0)
             m_fonts.Check(found);

@@ -13,6 +13,18 @@ constexpr int kTextCharacters = 32;
 
 }  // namespace
 
+CCheckListViewCtrl::ManyChanges::ManyChanges(CCheckListViewCtrl& list) : m_list(list) {
+    if (m_list.m_changes++ == 0)
+        SendMessageW(m_list.m_list, WM_SETREDRAW, FALSE, 0);
+}
+
+CCheckListViewCtrl::ManyChanges::~ManyChanges() {
+    if (--m_list.m_changes != 0)
+        return;
+    SendMessageW(m_list.m_list, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(m_list.m_list, nullptr, TRUE);
+}
+
 void CCheckListViewCtrl::Attach(HWND list, int width) {
     m_list = list;
     SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
@@ -26,7 +38,7 @@ int CCheckListViewCtrl::Count() const {
 }
 
 void CCheckListViewCtrl::Add(std::span<const std::wstring> names) {
-    SendMessageW(m_list, WM_SETREDRAW, FALSE, 0);
+    const ManyChanges changes(*this);
     SendMessageW(m_list, LVM_SETITEMCOUNT, names.size(), 0);
     // A sorted list looks for a new entry's place from its front: coming in descending order, each is there
     // at once.
@@ -36,8 +48,6 @@ void CCheckListViewCtrl::Add(std::span<const std::wstring> names) {
         item.pszText = const_cast<PWSTR>(name->c_str());
         SendMessageW(m_list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
     }
-    SendMessageW(m_list, WM_SETREDRAW, TRUE, 0);
-    InvalidateRect(m_list, nullptr, TRUE);
 }
 
 std::wstring CCheckListViewCtrl::Text(int index) const {
@@ -60,6 +70,7 @@ void CCheckListViewCtrl::Check(int index) {
 }
 
 void CCheckListViewCtrl::CheckAll(bool checked) {
+    const ManyChanges changes(*this);
     SetStateImage(kEveryItem, checked ? kCheckedImage : kUncheckedImage);
 }
 

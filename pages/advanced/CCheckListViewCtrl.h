@@ -15,7 +15,21 @@ class CCheckListViewCtrl {
     // boxes and one column of `width` pixels.
     void Attach(HWND list, int width);
 
+    // While one lives, the list does not paint and IsChanging() answers true: painting, and telling the
+    // sheet, after each of thousands of changes would take seconds.
+    class ManyChanges {
+      public:
+        explicit ManyChanges(CCheckListViewCtrl& list);
+        ~ManyChanges();
+        ManyChanges(const ManyChanges&) = delete;
+        ManyChanges& operator=(const ManyChanges&) = delete;
+
+      private:
+        CCheckListViewCtrl& m_list;
+    };
+
     HWND Window() const { return m_list; }
+    bool IsChanging() const { return m_changes != 0; }
     int Count() const;
 
     // Adds the names, unchecked. `names` are in ascending order without regard to case; the control sorts
@@ -34,6 +48,7 @@ class CCheckListViewCtrl {
     void SetStateImage(int index, UINT image);
 
     HWND m_list = nullptr;
+    int m_changes = 0;  // ManyChanges that live
 };
 
 }  // namespace kzp
