@@ -1,0 +1,66 @@
+#include "pages/settings/SizeRow.h"
+
+#include "resources/resource.h"
+
+namespace kzp {
+
+namespace {
+
+constexpr int kRow[] = {IDC_WIDTH_LABEL,  IDC_WIDTH,  IDC_WIDTH_SPIN,
+                        IDC_HEIGHT_LABEL, IDC_HEIGHT, IDC_HEIGHT_SPIN};
+
+// Tops within the page, by control id.
+constinit int g_offsets[IDC_MOVING_LAST - IDC_MOVING_FIRST + 1];
+
+RECT PlaceOn(HWND page, HWND control) {
+    RECT place = {};
+    GetWindowRect(control, &place);
+    MapWindowPoints(nullptr, page, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+template <class Use>
+void ForEachMovingControl(HWND page, Use&& use) {
+    for (int id = IDC_MOVING_FIRST; id <= IDC_MOVING_LAST; ++id) {
+        if (const HWND control = GetDlgItem(page, id))
+            use(control, PlaceOn(page, control), g_offsets[id - IDC_MOVING_FIRST]);
+    }
+}
+
+// Hiding takes the keyboard focus away from whoever selects a paper with the arrow keys; it is given back. A
+// page that is not on the screen yet has nothing to paint anew.
+void Repaint(HWND page) {
+    if (!IsWindowVisible(page))
+        return;
+    const HWND focus = GetFocus();
+    ShowWindow(page, SW_HIDE);
+    ShowWindow(page, SW_SHOW);
+    if (IsChild(page, focus))
+        SetFocus(focus);
+}
+
+}  // namespace
+
+void RememberOffsets(HWND page) {
+    ForEachMovingControl(page, [](HWND, const RECT& place, int& offset) { offset = place.top; });
+}
+
+void ShowSizeRow(HWND page, int shift, int showCommand) {
+    for (const int id : kRow)
+        ShowWindow(GetDlgItem(page, id), showCommand);
+    if (showCommand == SW_HIDE && shift == 0)
+        return;
+    ForEachMovingControl(page, [shift](HWND control, const RECT& place, int offset) {
+        SetWindowPos(control, nullptr, place.left, shift + offset, 0, 0,
+                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    });
+    Repaint(page);
+}
+
+int HiddenRowShift(HWND page) {
+    const RECT row = PlaceOn(page, GetDlgItem(page, IDC_WIDTH_LABEL));
+    const RECT below = PlaceOn(page, GetDlgItem(page, IDC_MARGIN_LABEL));
+    return row.top - below.top;
+}
+
+}  // namespace kzp
