@@ -1,0 +1,61 @@
+#include "pages/settings/PageLeaving.h"
+
+#include <commctrl.h>
+
+#include "pages/ControlTexts.h"
+#include "pages/SheetFrame.h"
+#include "pages/settings/Measures.h"
+#include "resources/resource.h"
+#include "settings/SheetState.h"
+
+namespace kzp {
+
+namespace {
+
+// More tabs than the driver's own one and our two: an application or another plug-in has added some.
+constexpr int kUsualTabs = 3;
+
+int AskTabs(UINT message) {
+    return static_cast<int>(SendMessageW(g_sheet.SheetTabControl, message, 0, 0));
+}
+
+bool IsWindowsXP() {
+    OSVERSIONINFOW version = {};
+    version.dwOSVersionInfoSize = sizeof version;
+    return GetVersionExW(&version) && version.dwMajorVersion == 5 && version.dwMinorVersion == 1;
+}
+
+}  // namespace
+
+void ShowInvalidSizeMessage() {
+    const std::wstring caption = LoadText(IDS_INVALID_SIZE_CAPTION);
+    const std::wstring text = LoadText(IDS_INVALID_SIZE_TEXT);
+    MessageBoxW(g_sheet.SheetTabControl, text.c_str(), caption.c_str(), MB_ICONEXCLAMATION);
+}
+
+void ReturnToPage() {
+    const int count = AskTabs(TCM_GETITEMCOUNT);
+    const int current = AskTabs(TCM_GETCURSEL);
+    const int target = count - (g_sheet.ExtraPageAdded ? 1 : 2);
+    PressCtrlTab(current <= target ? target - current : count - current + target);
+}
+
+bool LeavePage(bool initialising) {
+    if (initialising && !g_measures.CustomSizeSelected)
+        return true;
+    if (SizesValid())
+        return true;
+    // A refused apply on such a sheet has brought the page back already; once, the message would be repeated.
+    if (g_sheet.ApplyRefused && (AskTabs(TCM_GETITEMCOUNT) > kUsualTabs || IsWindowsXP()))
+        g_sheet.ApplyRefused = false;
+    else
+        ShowInvalidSizeMessage();
+    return false;
+}
+
+void CheckWhenShownOrHidden() {
+    if (!SizesValid())
+        ReturnToPage();
+}
+
+}  // namespace kzp
