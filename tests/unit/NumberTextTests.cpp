@@ -1,0 +1,186 @@
+// The settings page's numbers: how they are written, filtered, checked, stepped and converted.
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <string>
+
+#include "pages/settings/NumberText.h"
+
+namespace kzp {
+namespace {
+
+std::wstring Formatted(double value) {
+    NumberText text;
+    std::fill(std::begin(text), std::end(text), L'#');
+    FormatTwoDecimals(value, text);
+    EXPECT_EQ(text[std::wcslen(text) + 1], L'\0') << value;
+    return text;
+}
+
+TEST(NumbersAreWritten, WithTwoDecimalsAndNoSign) {
+    const struct {
+        double value;
+        const wchar_t* text;
+    } cases[] = {{0, L"0.00"},        {0.0004, L"0.00"},
+                 {0.001, L"0.00"},    {0.006, L"0.01"},
+                 {0.05, L"0.05"},     {0.1, L"0.10"},
+                 {0.996, L"1.00"},    {8.5, L"8.50"},
+                 {99.999, L"100.00"}, {2147483.647, L"2147483.65"},
+                 {-3.25, L"3.25"},    {-0.05, L"0.05"}};
+    for (const auto& [value, text] : cases)
+        EXPECT_EQ(Formatted(value), text);
+}
+
+TEST(NumbersAreWritten, OfAnySizeWithoutLeavingTheirBuffers) {
+    EXPECT_EQ(Formatted(FLT_MAX).size(), 39u + 3);
+    for (const double foreign : {1e39, 1e300, DBL_MAX, std::numeric_limits<double>::infinity(),
+                                 std::numeric_limits<double>::quiet_NaN()})
+        EXPECT_EQ(Formatted(foreign), L"0.00");
+}
+
+TEST(NumbersAreWritten, AsTheyReadBack) {
+    for (int hundredths = 0; hundredths <= 254000; ++hundredths) {
+        NumberText text;
+        FormatTwoDecimals(hundredths / 100.0, text);
+        ASSERT_EQ(std::lround(ParseNumber(text) * 100.0f), hundredths);
+    }
+}
+
+TEST(Rounding, GoesAwayFromZeroFromTheToleranceBandOn) {
+    const struct {
+        double value, rounded;
+    } cases[] = {{1.0046, 1.01},   {1.0044, 1.00},   {1.005, 1.01},  {1.0056, 1.01},   {1.25, 1.25}, {0, 0},
+                 {-1.0046, -1.01}, {-1.0044, -1.00}, {-1.25, -1.25}, {-1.0056, -1.01}, {0.001, 0}};
+    for (const auto& [value, rounded] : cases)
+        EXPECT_DOUBLE_EQ(RoundToHundredths(value), rounded) << value;
+}
+
+std::string OnePass(const char* text, bool* removed = nullptr) {
+    char buffer[300];
+    std::strcpy(buffer, text);
+    const bool changed = FilterPass(buffer);
+    if (removed)
+        *removed = changed;
+    return buffer;
+}
+
+std::string FilteredToTheEnd(std::string text) {
+    for (bool removed = true; removed;)
+        text = OnePass(text.c_str(), &removed);
+    return text;
+}
+
+TEST(KeystrokeFilter, LeavesDigitsAndTheFirstPoint) {
+    EXPECT_EQ(FilteredToTheEnd("12a.3.4"), "12.34");
+    EXPECT_EQ(FilteredToTheEnd("..5"), "5");
+    EXPECT_EQ(FilteredToTheEnd("-1e3,\xA4"), "13");
+    EXPECT_EQ(FilteredToTheEnd(""), "");
+    bool removed = true;
+    EXPECT_EQ(OnePass("08.50", &removed), "08.50");
+    EXPECT_FALSE(removed);
+}
+
+TEST(KeystrokeFilter, StepsOverWhatSlidesIntoAGap) {
+    bool removed = false;
+    EXPECT_EQ(OnePass("ab1", &removed), "b1");
+    EXPECT_TRUE(removed);
+    EXPECT_EQ(OnePass("..5"), ".5");
+    EXPECT_EQ(OnePass("1.."), "1.");
+}
+
+bool IsClean(const std::string& text) {
+    const auto points = std::count(text.begin(), text.end(), '.');
+    return text.find_first_not_of("0123456789.") == std::string::npos && points <= 1 && text.find('.') != 0;
+}
+
+TEST(KeystrokeFilter, AlwaysEndsCleanWithAllDigitsInOrder) {
+    std::mt19937 random(20);
+    const char letters[] = "0123456789....+-,aZ \xE4\xFF";
+    for (int round = 0; round < 20000; ++round) {
+        std::string text(random() % 40, ' ');
+        std::string digits;
+        for (char& letter : text) {
+            letter = letters[random() % (sizeof letters - 1)];
+            if (letter >= '0' && letter <= '9')
+                digits += letter;
+        }
+        std::string clean = FilteredToTheEnd(text);
+        ASSERT_TRUE(IsClean(clean)) << text << " -> " << clean;
+        std::erase(clean, '.');
+        ASSERT_EQ(clean, digits) << text;
+    }
+}
+
+TEST(NumbersAreRead, FromTheBeginningOfATextAndNeverTooLarge) {
+    EXPECT_EQ(ParseNumber(L"8.5"), 8.5f);
+    EXPECT_EQ(ParseNumber(L""), 0.0f);
+    EXPECT_EQ(ParseNumber(L"12x"), 12.0f);
+    EXPECT_EQ(ParseNumber(L"\xFF11\xFF12"), 0.0f) << "full-width digits are no digits";
+    EXPECT_EQ(ParseNumber(std::wstring(kNumberChars - 1, L'9').c_str()), FLT_MAX);
+}
+
+TEST(NumbersAreChecked, CharacterByCharacterAndAgainstTheMinimum) {
+    for (const wchar_t* valid : {L"0", L"+1.5", L"1.", L".5", L"08.50", L""})
+        EXPECT_TRUE(IsValidNumber(valid, 0)) << valid;
+    for (const wchar_t* invalid : {L"-1", L"1+1", L"1.2.3", L"1,5", L"1 ", L"1e3", L"\x0661"})
+        EXPECT_FALSE(IsValidNumber(invalid, 0)) << invalid;
+    EXPECT_TRUE(IsValidNumber(L"2", 2));
+    EXPECT_FALSE(IsValidNumber(L"1.99", 2));
+    EXPECT_FALSE(IsValidNumber(L"", 1));
+}
+
+TEST(SpinButtons, StepByAFifthOfAQuarterAndStopAtTheFloor) {
+    const struct {
+        const wchar_t *text, *up, *down;
+    } cases[] = {{L"8.5", L"8.55", L"8.45"}, {L"", L"0.05", L"0"},       {L"0.03", L"0.08", L"0"},
+                 {L"0.04", L"0.09", L"0"},   {L"0.1", L"0.15", L"0.05"}, {L"abc", L"0", L"0"},
+                 {L"-5", L"0", L"0"}};
+    for (const auto& [text, up, down] : cases) {
+        NumberText stepped;
+        StepTextUp(text, 0, stepped);
+        EXPECT_STREQ(stepped, up);
+        StepTextDown(text, 0, stepped);
+        EXPECT_STREQ(stepped, down);
+    }
+    NumberText stepped;
+    StepTextUp(L"x", 7, stepped);
+    EXPECT_STREQ(stepped, L"7");
+    StepTextDown(L"7.05", 7, stepped);
+    EXPECT_STREQ(stepped, L"7");
+    StepTextUp(std::wstring(255, L'9').c_str(), 0, stepped);
+    EXPECT_STREQ(stepped, L"0.00") << "what no edit can mean must not break the formatting";
+}
+
+// What the page does when the unit is switched and switched back: convert, show, read, convert, show.
+TEST(UnitConversion, ThereAndBackGivesTheSameInches) {
+    for (int hundredths = 0; hundredths <= 10000; ++hundredths) {
+        NumberText inches, millimeters, back;
+        FormatTwoDecimals(hundredths / 100.0, inches);
+        FormatTwoDecimals(ConvertLength(ParseNumber(inches), kInches, kMillimeters), millimeters);
+        FormatTwoDecimals(ConvertLength(ParseNumber(millimeters), kMillimeters, kInches), back);
+        ASSERT_STREQ(back, inches) << "through " << std::wstring(millimeters).size();
+    }
+    EXPECT_EQ(Formatted(ConvertLength(8.5f, kInches, kMillimeters)), L"215.90");
+    EXPECT_EQ(ConvertLength(8.5f, kMillimeters, kMillimeters), 8.5f);
+}
+
+TEST(UnitConversion, IsSinglePrecisionMultipliedBeforeDivided) {
+    // The orders and precisions differ in the last bit here and there; this pins the one in use.
+    int otherOrder = 0;
+    for (int hundredths = 1; hundredths <= 10000; ++hundredths) {
+        const float value = static_cast<float>(hundredths) / 100.0f;
+        const volatile float multiplied = value * 254.0f;
+        ASSERT_EQ(ConvertLength(value, kInches, kMillimeters), multiplied / 10.0f);
+        const volatile float divided = value / 10.0f;
+        otherOrder += divided * 254.0f != multiplied / 10.0f;
+    }
+    EXPECT_GT(otherOrder, 0) << "the test could not tell the orders apart";
+}
+
+}  // namespace
+}  // namespace kzp
