@@ -3,8 +3,11 @@
 #include "core/Module.h"
 #include "pages/output/OutputLocationPage.h"
 #include "pages/settings/DocumentSettingsPage.h"
+#include "pages/settings/PaperForms.h"
 #include "resources/resource.h"
+#include "settings/CommitCallback.h"
 #include "settings/SheetState.h"
+#include "settings/TreeTrimming.h"
 
 namespace kzp {
 
@@ -43,8 +46,15 @@ HRESULT CommonUIProp(DWORD mode, POEMCUIPPARAM param) {
     g_sheet.CurrentPrinterName = param && param->pPrinterName ? param->pPrinterName : L"";
     if (!param || (mode != OEMCUIP_DOCPROP && mode != OEMCUIP_PRNPROP))
         return InvalidParameter();
+    EnsureCustomForm();
+    const bool document = mode == OEMCUIP_DOCPROP;
+    if (document)
+        TrimDriverTree(*param);
+    // The plug-in adds no items of its own.
     if (!param->pOEMOptItems)
         param->cOEMOptItems = 0;
+    if (document)
+        param->OEMCUIPCallback = CommitCallback;
     return S_OK;
 }
 
