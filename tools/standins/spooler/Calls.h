@@ -18,26 +18,31 @@ DWORD DemandedFailure(const wchar_t* function);
 // Notes "<function> <subject>" when the log is open.
 void LogCall(const wchar_t* function, const wchar_t* subject);
 
-// Runs `body`, which answers a Win32 code, as the call `function`.
-template <class Body>
-DWORD Answer(const wchar_t* function, Body body) {
+// Runs `body`, which answers a Win32 code, as the call `function`; `note` runs before, also when the call is
+// to fail: the log holds what was asked for.
+template <class Note, class Body>
+DWORD AnswerNoted(const wchar_t* function, Note note, Body body) {
     try {
         const MachineLock lock(kLockName);
+        note();
         const DWORD demanded = DemandedFailure(function);
-        return demanded != ERROR_SUCCESS ? demanded : body();
+        return demanded != ERROR_SUCCESS ? demanded : static_cast<DWORD>(body());
     } catch (const std::bad_alloc&) {
         return ERROR_NOT_ENOUGH_MEMORY;
     }
 }
 
-// The same for a call that changes something; `subject` (may be null) is the argument to be logged. The log
-// holds what was asked for, whether or not it then succeeds.
+template <class Body>
+DWORD Answer(const wchar_t* function, Body body) {
+    return AnswerNoted(
+        function, [] {}, body);
+}
+
+// For a call that changes something; `subject` (may be null) is the argument to be logged.
 template <class Body>
 DWORD AnswerChange(const wchar_t* function, const wchar_t* subject, Body body) {
-    return Answer(function, [&] {
-        LogCall(function, subject);
-        return static_cast<DWORD>(body());
-    });
+    return AnswerNoted(
+        function, [&] { LogCall(function, subject); }, body);
 }
 
 // For the calls that answer TRUE, or FALSE with the last error set.

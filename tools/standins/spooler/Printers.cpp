@@ -218,8 +218,12 @@ HANDLE WINAPI AddPrinterW(LPWSTR, DWORD level, LPBYTE data) {
 
 BOOL WINAPI DeletePrinter(HANDLE handle) {
     std::wstring printer;
-    const DWORD found = FindPrinter(handle, true, printer);
-    return Succeeded(AnswerChange(L"DeletePrinter", printer.c_str(), [&] {
+    DWORD found = ERROR_INVALID_HANDLE;
+    const auto note = [&] {
+        found = FindPrinter(handle, true, printer);
+        LogCall(L"DeletePrinter", printer.c_str());
+    };
+    return Succeeded(AnswerNoted(L"DeletePrinter", note, [&] {
         if (found == ERROR_SUCCESS)
             DeleteKey(HKEY_LOCAL_MACHINE, QueuePath(printer));
         return found;
