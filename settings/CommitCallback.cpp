@@ -43,10 +43,6 @@ void StoreMargins(const OEMCUIPPARAM& param) {
     StorePrinterData(param.hPrinter, kMarginPrinterData, REG_BINARY, margins, sizeof margins);
 }
 
-bool SizesAreValid() {
-    return g_measures.CustomSizeSelected ? CustomSizeValid() : StandardFormValid();
-}
-
 void StorePendingTexts() {
     (void)WriteStringSetting(kLaunchView, g_pendingSettings.LaunchView);
     (void)WriteStringSetting(kPromptFileName, g_pendingSettings.PromptFileName);
@@ -77,7 +73,7 @@ LONG CommitPaper() {
 LONG Commit(const OEMCUIPPARAM& param) {
     StoreUiValue(param);
     LONG result = CPSUICB_ACTION_NO_APPLY_EXIT;
-    if (SizesAreValid()) {
+    if (SizesValid()) {
         StorePendingTexts();
         CommitMargins();
         result = CommitPaper();
