@@ -4,6 +4,7 @@
 #include <shlobj.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "tools/driverhost/Text.h"
 #include "tools/driverhost/TreeWindow.h"
@@ -88,6 +89,11 @@ LONG SheetRun::Show() {
     if (m_error)
         throw *m_error;
     return result;
+}
+
+void SheetRun::AddNext(std::vector<SheetStep> steps) {
+    m_steps.insert(m_steps.begin(), std::make_move_iterator(steps.begin()),
+                   std::make_move_iterator(steps.end()));
 }
 
 void SheetRun::Wait(DWORD milliseconds) {

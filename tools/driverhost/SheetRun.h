@@ -33,6 +33,7 @@ class SheetRun {
     LONG Show();
 
     // For steps.
+    void AddNext(std::vector<SheetStep> steps);  // before those that are still to come
     void Wait(DWORD milliseconds);
     void AnswerNextBox(int button) { m_boxAnswers.push_back(button); }  // else OK
     void AnswerNextBrowser(std::wstring path) {

@@ -1,0 +1,35 @@
+// The command line of the program.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace driverhost {
+
+struct Options {
+    std::wstring command = L"sheet";  // sheet, devmode, state, print or help
+    std::wstring dll;
+    std::wstring printer;
+    std::wstring outFolder = L"out";
+    std::vector<std::wstring> script;  // lines; empty: the sheet is left to the person
+    bool createPrinter = false;
+    bool diff = false;
+    bool quiet = false;  // no event lines
+    bool fourTabs = false;
+    bool applyButton = true;
+    bool offersHelper = true;
+    bool plugInItem = true;
+    std::optional<DWORD> firstItems;
+    DWORD timeoutSeconds = 120;  // scripted runs
+    DWORD waitMilliseconds = 1000;
+};
+
+// HostError for what cannot be understood; a script file is read here.
+Options ParseOptions(const std::vector<std::wstring>& arguments);
+
+std::wstring HelpText();
+
+}  // namespace driverhost

@@ -1,0 +1,152 @@
+#include "tools/driverhost/PrintCommand.h"
+
+#include <windows.h>
+
+#include <tlhelp32.h>
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+
+#include "tools/driverhost/State.h"
+#include "tools/driverhost/Text.h"
+
+namespace driverhost {
+
+namespace {
+
+// The kit's numbers, and the order in which a one-page document brings them.
+constexpr INT kQueryFilter = 14;
+struct Event {
+    INT number;
+    const wchar_t* name;
+};
+constexpr Event kEvents[] = {
+    {1, L"CREATEDCPRE"}, {2, L"CREATEDCPOST"}, {5, L"STARTDOC"},    {13, L"STARTDOCPOST"}, {6, L"STARTPAGE"},
+    {7, L"ENDPAGE"},     {8, L"ENDDOC"},       {12, L"ENDDOCPOST"}, {10, L"DELETEDC"},
+};
+constexpr DWORD kEventCount = 15;
+
+// The kit's DOCEVENT_FILTER with room for every event.
+struct EventFilter {
+    UINT cbSize;
+    UINT cElementsAllocated;
+    UINT cElementsNeeded;
+    UINT cElementsReturned;
+    DWORD aDocEventCall[kEventCount];
+};
+
+const wchar_t* NameOf(INT number) {
+    for (const Event& event : kEvents) {
+        if (event.number == number)
+            return event.name;
+    }
+    return number == kQueryFilter ? L"QUERYFILTER" : L"?";
+}
+
+constexpr const wchar_t* kCompanions[] = {L"KzpWriterInteraction.exe", L"KZPAppLauncher.exe",
+                                          L"PlansightApp.exe"};
+
+using Processes = std::map<DWORD, std::wstring>;  // companions by process id
+
+Processes RunningCompanions() {
+    Processes found;
+    const kzp::UniqueFile snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    PROCESSENTRY32W process = {};
+    process.dwSize = sizeof process;
+    for (BOOL more = snapshot && Process32FirstW(snapshot.Get(), &process); more;
+         more = Process32NextW(snapshot.Get(), &process)) {
+        for (const wchar_t* const companion : kCompanions) {
+            if (_wcsicmp(companion, process.szExeFile) == 0)
+                found[process.th32ProcessID] = companion;
+        }
+    }
+    return found;
+}
+
+void ReportCompanions(const Processes& before, DWORD waitMilliseconds) {
+    Processes seen;
+    const ULONGLONG end = GetTickCount64() + waitMilliseconds;
+    do {
+        seen.merge(RunningCompanions());
+        Sleep(20);
+    } while (GetTickCount64() < end);
+    Say(L"[companions]");
+    for (const wchar_t* const companion : kCompanions) {
+        std::wstring state = L"not started";
+        for (const auto& [pid, name] : before) {
+            if (name == companion)
+                state = Format(L"was running already (process %lu)", pid);
+        }
+        for (const auto& [pid, name] : seen) {
+            if (name == companion && !before.contains(pid))
+                state = Format(L"started (process %lu)", pid);
+        }
+        Say(Format(L"  %-26ls %ls", companion, state.c_str()));
+    }
+}
+
+}  // namespace
+
+PrintOutcome PrintDocument(IPrintOemUI2* plugIn, HANDLE printer, const std::wstring& title) {
+    PrintOutcome outcome;
+    const auto tell = [&](INT event, ULONG bytesIn, void* in, ULONG bytesOut, void* out) {
+        INT answer = -1;
+        const HRESULT result =
+            plugIn->DocumentEvent(printer, nullptr, event, bytesIn, in, bytesOut, out, &answer);
+        outcome.calls.push_back({event, result, answer});
+        return answer;
+    };
+    EventFilter filter = {};
+    filter.cbSize = sizeof filter;
+    filter.cElementsAllocated = kEventCount;
+    if (tell(kQueryFilter, 0, nullptr, sizeof filter, &filter) == 1) {
+        const UINT returned = std::min(filter.cElementsReturned, filter.cElementsAllocated);
+        outcome.filter.assign(filter.aDocEventCall, filter.aDocEventCall + returned);
+    } else {  // a plug-in without a filter hears everything
+        for (const Event& event : kEvents)
+            outcome.filter.push_back(static_cast<DWORD>(event.number));
+    }
+
+    DOCINFOW document = {};
+    document.cbSize = sizeof document;
+    document.lpszDocName = title.c_str();
+    const DOCINFOW* start = &document;
+    LONG job = 1;
+    for (const Event& event : kEvents) {
+        if (std::find(outcome.filter.begin(), outcome.filter.end(), static_cast<DWORD>(event.number)) ==
+            outcome.filter.end())
+            continue;
+        switch (event.number) {
+            case 5:
+                tell(5, sizeof start, &start, 0, nullptr);
+                break;
+            case 13:
+                tell(13, sizeof job, &job, 0, nullptr);
+                break;
+            default:
+                tell(event.number, 0, nullptr, 0, nullptr);
+                break;
+        }
+    }
+    return outcome;
+}
+
+void RunPrintCommand(const PlugIn& plugIn, const std::wstring& printerName, DWORD waitMilliseconds) {
+    HANDLE opened = nullptr;
+    OpenPrinterW(const_cast<PWSTR>(printerName.c_str()), &opened, nullptr);
+    const kzp::UniquePrinter printer(opened);
+    const ComRef<IPrintOemUI2> object = plugIn.CreateObject();
+    const Processes before = RunningCompanions();
+    Say(Format(L"process %lu prints", GetCurrentProcessId()));
+    const PrintOutcome outcome = PrintDocument(object.Get(), printer.Get(), L"Driver host test page");
+    for (const DocumentEventCall& call : outcome.calls)
+        Say(Format(L"  %-14ls answers 0x%08lX, result %d", NameOf(call.event), call.result, call.answer));
+    State settings = SettingsState();
+    std::erase_if(settings,
+                  [](const StateRow& row) { return row.name != L"SessionId" && row.name != L"ID"; });
+    PrintState(settings);
+    ReportCompanions(before, waitMilliseconds);
+}
+
+}  // namespace driverhost

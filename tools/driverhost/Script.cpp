@@ -1,0 +1,88 @@
+#include "tools/driverhost/Script.h"
+
+#include "tools/driverhost/Text.h"
+
+namespace driverhost {
+
+const std::vector<Script::Command>& Script::Commands() {
+    static const std::vector<Command> commands = {
+        {L"page", L"N|TITLE", 1, 1, L"click a tab, by number from 1 or by its text", &Script::Page},
+        {L"tab", L"[back]", 0, 1, L"press Ctrl+Tab (with Shift)", &Script::Tab},
+        {L"key", L"enter|escape|tab|up|down", 1, 1, L"press a key in the focused control", &Script::Key},
+        {L"type", L"ID TEXT", 2, 2, L"type over an edit's text, one character after another", &Script::Type},
+        {L"set", L"ID TEXT", 2, 2, L"replace an edit's text at once", &Script::Set},
+        {L"click", L"ID", 1, 1, L"click a button, radio button or check box", &Script::Click},
+        {L"check", L"ID on|off", 2, 2, L"click a check box unless it is so already", &Script::Check},
+        {L"select", L"ID TEXT|#N", 2, 2, L"pick an entry of a combo box by text, or by number from 0",
+         &Script::Select},
+        {L"spin", L"ID up|down [TIMES]", 2, 3, L"click an arrow of a spin button", &Script::Spin},
+        {L"item", L"ID TEXT on|off", 3, 3, L"check an entry of a check list", &Script::Item},
+        {L"driver", L"KEYWORD N", 2, 2, L"pick option N (from 0) of a driver item, as on the driver's page",
+         &Script::Driver},
+        {L"box", L"ok|cancel|yes|no [PNG]", 1, 2,
+         L"how to answer the next message box (else OK); keep a picture", &Script::Box},
+        {L"browse", L"FOLDER|cancel", 1, 1, L"how to answer the next folder browser (else Cancel)",
+         &Script::Browse},
+        {L"apply", L"", 0, 0, L"click Apply; an error while it is disabled", &Script::Apply},
+        {L"ok", L"", 0, 0, L"click OK", &Script::Ok},
+        {L"cancel", L"", 0, 0, L"click Cancel", &Script::Cancel},
+        {L"shot", L"NAME [desktop]", 1, 2, L"save NAME.png of the sheet, or of the whole desktop",
+         &Script::Shot},
+        {L"shots", L"[PREFIX]", 0, 1, L"show every page in turn and save a picture of each", &Script::Shots},
+        {L"dump", L"[SECTION]", 0, 1,
+         L"print the state: device mode, settings, printer data, form, driver items", &Script::Dump},
+        {L"controls", L"", 0, 0, L"list the shown page's controls", &Script::Controls},
+        {L"expect", L"ID text TEXT | ID STATE | page N", 2, 3,
+         L"an error unless so; STATE: checked, unchecked, visible, hidden, enabled, disabled",
+         &Script::Expect},
+        {L"wait", L"MILLISECONDS", 1, 1, L"let the sheet run", &Script::Wait},
+    };
+    return commands;
+}
+
+Script::Script(SheetRun& run, std::wstring outFolder) : m_run(run), m_outFolder(std::move(outFolder)) {
+    m_run.onBox = [this](HWND box) {
+        if (m_boxShots.empty())
+            return;
+        const std::wstring name = m_boxShots.front();
+        m_boxShots.pop_front();
+        if (!name.empty())
+            Save(box, name);
+    };
+}
+
+void Script::Add(const std::wstring& line) {
+    std::vector<std::wstring> words = Words(line);
+    if (words.empty() || words[0][0] == L'#')
+        return;
+    const std::wstring name = words[0];
+    words.erase(words.begin());
+    for (const Command& command : Commands()) {
+        if (name != command.name)
+            continue;
+        if (words.size() < command.least || words.size() > command.most)
+            throw HostError{
+                Format(L"\"%ls\" is used like this: %ls %ls", line.c_str(), command.name, command.arguments)};
+        m_run.Add([this, line, words, run = command.run](SheetUser& user) {
+            Say(L"> " + line);
+            (this->*run)(user, words);
+        });
+        return;
+    }
+    throw HostError{Format(L"unknown command \"%ls\"", name.c_str())};
+}
+
+std::wstring Script::Help() {
+    std::wstring text;
+    for (const Command& command : Commands()) {
+        std::wstring usage = Format(L"  %ls %ls", command.name, command.arguments);
+        if (usage.size() < 34)
+            usage.resize(34, L' ');
+        else
+            usage += L"\n" + std::wstring(34, L' ');
+        text += usage + command.meaning + L"\n";
+    }
+    return text;
+}
+
+}  // namespace driverhost
