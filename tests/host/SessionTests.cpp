@@ -6,7 +6,7 @@
 namespace {
 
 using namespace driverhost;
-using kzp::test::AnyPrinter;
+using kzp::test::NoPrinter;
 
 class SessionTest : public testing::Test {
   protected:
@@ -14,7 +14,7 @@ class SessionTest : public testing::Test {
 };
 
 TEST_F(SessionTest, AsksForTheItemsTwiceFirstWithoutArrays) {
-    DocumentSession session(plugIn, AnyPrinter());
+    DocumentSession session(plugIn, NoPrinter());
     session.PresentItems();
     ASSERT_EQ(session.CommonUIPropCalls().size(), 2u);
     EXPECT_FALSE(session.CommonUIPropCalls()[0].withItems);
@@ -25,7 +25,7 @@ TEST_F(SessionTest, AsksForTheItemsTwiceFirstWithoutArrays) {
 }
 
 TEST_F(SessionTest, RunsTheFourDevModeOperations) {
-    DocumentSession session(plugIn, AnyPrinter());
+    DocumentSession session(plugIn, NoPrinter());
     std::vector<DWORD> modes;
     for (const DevModeCall& call : session.DevMode().Calls()) {
         modes.push_back(call.mode);
@@ -46,7 +46,7 @@ TEST_F(SessionTest, RunsTheFourDevModeOperations) {
 }
 
 TEST_F(SessionTest, SelectionsLiveInTheDeviceMode) {
-    DocumentSession session(plugIn, AnyPrinter());
+    DocumentSession session(plugIn, NoPrinter());
     session.Tree().Find("CustomUnit")->Sel = 1;
     session.Tree().Find("Copies")->Sel = 7;
     ASSERT_EQ(session.Accept(), 0u);
@@ -59,7 +59,7 @@ TEST_F(SessionTest, SelectionsLiveInTheDeviceMode) {
 }
 
 TEST_F(SessionTest, WritesDownAnnouncements) {
-    DocumentSession session(plugIn, AnyPrinter());
+    DocumentSession session(plugIn, NoPrinter());
     DriverHelper& helper = session.Helper();
     OPTITEM* const unit = session.Tree().Find("CustomUnit");
     unit->Sel = 1;
@@ -81,7 +81,7 @@ TEST_F(SessionTest, WritesDownAnnouncements) {
 }
 
 TEST_F(SessionTest, ARefusedHelperLeavesNoReferenceBehind) {
-    SessionOptions options = AnyPrinter();
+    SessionOptions options = NoPrinter();
     options.offersHelper = false;
     DocumentSession session(plugIn, std::move(options));
     EXPECT_EQ(session.Published(), E_NOINTERFACE);
@@ -89,7 +89,7 @@ TEST_F(SessionTest, ARefusedHelperLeavesNoReferenceBehind) {
 }
 
 TEST_F(SessionTest, OfferedHelperIsKeptByObjectAndModule) {
-    DocumentSession session(plugIn, AnyPrinter());
+    DocumentSession session(plugIn, NoPrinter());
     EXPECT_EQ(session.Published(), S_OK);
     EXPECT_EQ(session.Helper().References(), 3);
 }

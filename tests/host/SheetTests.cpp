@@ -6,11 +6,11 @@
 namespace {
 
 using namespace driverhost;
-using kzp::test::AnyPrinter;
+using kzp::test::NoPrinter;
 using kzp::test::HostedSheet;
 
 TEST(SheetTest, OpensOnThePageThatThePlugInNames) {
-    HostedSheet host(AnyPrinter());
+    HostedSheet host(NoPrinter());
     host.run.Add([&](SheetUser&) {
         EXPECT_EQ(host.sheet.PageCount(), 3);
         EXPECT_EQ(host.sheet.CurrentPage(), 1);
@@ -24,7 +24,7 @@ TEST(SheetTest, CtrlTabVisitsEveryPageAndComesBack) {
     for (const bool extraPage : {false, true}) {
         SheetOptions shape;
         shape.extraFirstPage = extraPage;
-        HostedSheet host(AnyPrinter(), shape);
+        HostedSheet host(NoPrinter(), shape);
         std::vector<int> visited;
         int start = -1;
         const int pages = extraPage ? 4 : 3;
@@ -49,7 +49,7 @@ TEST(SheetTest, CtrlTabVisitsEveryPageAndComesBack) {
 
 // The callback that refuses stands in for a plug-in whose validation failed.
 TEST(SheetTest, ARefusedApplyKeepsTheSheetOpenAndStoresNothing) {
-    HostedSheet host(AnyPrinter());
+    HostedSheet host(NoPrinter());
     OEMCUIPCALLBACK own = nullptr;
     bool stayed = false;
     host.run.Add([](SheetUser& user) { user.ClickTab(0); });
@@ -75,7 +75,7 @@ TEST(SheetTest, ARefusedApplyKeepsTheSheetOpenAndStoresNothing) {
 }
 
 TEST(SheetTest, AnAcceptedApplyMovesTheSelectionsIntoTheDeviceMode) {
-    HostedSheet host(AnyPrinter());
+    HostedSheet host(NoPrinter());
     host.run.Add([](SheetUser& user) { user.ClickTab(0); });
     host.run.Add([&](SheetUser& user) {
         host.session.UIParam().OEMCUIPCallback = nullptr;
@@ -91,7 +91,7 @@ TEST(SheetTest, AnAcceptedApplyMovesTheSelectionsIntoTheDeviceMode) {
 }
 
 TEST(SheetTest, AControlThatCannotBeUsedEndsTheRun) {
-    HostedSheet host(AnyPrinter());
+    HostedSheet host(NoPrinter());
     host.run.Add([](SheetUser& user) { user.Click(4711); });
     bool reached = false;
     host.run.Add([&](SheetUser&) { reached = true; });
@@ -100,7 +100,7 @@ TEST(SheetTest, AControlThatCannotBeUsedEndsTheRun) {
 }
 
 TEST(SheetTest, BoxesAreNotedAndAnswered) {
-    HostedSheet host(AnyPrinter());
+    HostedSheet host(NoPrinter());
     int answer = 0;
     host.run.Add([&](SheetUser&) {
         host.run.AnswerNextBox(IDNO);

@@ -19,9 +19,10 @@ struct HostedSheet {
           run(sheet) {}
 };
 
-// Options of a session whose printer need not exist; its handle is then null.
-inline driverhost::SessionOptions AnyPrinter() {
+// Options of a session without a printer: its handle is null, and nothing is stored by the spooler.
+inline driverhost::SessionOptions NoPrinter() {
     driverhost::SessionOptions options;
+    options.printer = L"No such printer";
     options.needsPrinter = false;
     return options;
 }
