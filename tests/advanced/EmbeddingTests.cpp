@@ -1,0 +1,114 @@
+// The dialog's place in the driver's page, the notice that takes it in one restricted process, and the next
+// sheet.
+#include "tests/advanced/FontsDialog.h"
+#include "tools/driverhost/SheetRun.h"
+
+namespace kzp::test {
+namespace {
+
+DWORD g_major, g_minor;
+const wchar_t* g_program;
+
+DWORD WINAPI TellVersion() {
+    return g_minor << 8 | g_major;
+}
+
+WINBOOL WINAPI TellVersionRecord(OSVERSIONINFOW* record) {
+    EXPECT_EQ(276u, record->dwOSVersionInfoSize);
+    record->dwMajorVersion = g_major;
+    record->dwMinorVersion = g_minor;
+    return TRUE;
+}
+
+DWORD WINAPI TellProgram(HMODULE module, LPWSTR path, DWORD characters) {
+    if (module)
+        return GetModuleFileNameW(module, path, characters);
+    const std::wstring full = std::wstring(L"C:\\Program Files\\") + g_program;
+    full.copy(path, characters);
+    path[full.size()] = L'\0';
+    return static_cast<DWORD>(full.size());
+}
+
+TEST_F(FontsDialog, OneRestrictedProcessGetsANoticeInstead) {
+    const ImportPatch version(plugIn.Module(), "GetVersion", AddressOf(&TellVersion));
+    const ImportPatch record(plugIn.Module(), "GetVersionExW", AddressOf(&TellVersionRecord));
+    const ImportPatch program(plugIn.Module(), "GetModuleFileNameW", AddressOf(&TellProgram));
+    const struct {
+        DWORD major, minor;
+        const wchar_t* program;
+        bool notice;
+    } cases[] = {
+        {6, 0, L"IEUser.exe", false}, {6, 0, L"ieuser.exe.exe", false}, {6, 1, L"ieuser.exe", false},
+        {5, 1, L"ieuser.exe", false}, {10, 0, L"ieuser.exe", false},    {6, 0, L"ieuser.exe", true},
+    };
+    for (const auto& expected : cases) {
+        SCOPED_TRACE(testing::Message()
+                     << expected.major << '.' << expected.minor << ' ' << expected.program);
+        g_major = expected.major;
+        g_minor = expected.minor;
+        g_program = expected.program;
+        OpenPage();
+        for (HWND child = own; child; child = GetWindow(child, GW_HWNDNEXT)) {
+            // The dialog and the notice, which has a text, are what was put there.
+            if (child != dialog && GetWindowTextLengthW(child) == 0) {
+                EXPECT_FALSE(IsWindowVisible(child)) << "the page's own controls are hidden";
+            }
+        }
+        EXPECT_EQ(0, GetWindowLongW(GetWindow(own, GW_CHILD), GWL_STYLE) & WS_VISIBLE)
+            << "and what is in them";
+        EXPECT_EQ(expected.notice, dialog == nullptr);
+        if (!expected.notice) {
+            EXPECT_TRUE(IsWindowVisible(dialog));
+            continue;
+        }
+        const std::wstring text = plugIn.ResourceText(700);
+        ASSERT_FALSE(text.empty());
+        const HWND notice = FindWindowExW(page, nullptr, L"static", text.c_str());
+        ASSERT_NE(nullptr, notice);
+        EXPECT_TRUE(IsWindowVisible(notice));
+        RECT place = {};
+        GetWindowRect(notice, &place);
+        MapWindowPoints(nullptr, page, reinterpret_cast<POINT*>(&place), 2);
+        EXPECT_TRUE(place.left == 10 && place.top == 150 && place.right == 420 && place.bottom == 200);
+    }
+}
+
+TEST_F(FontsDialog, EverySheetGetsItsOwnDialogAndItsPagesTheirTitles) {
+    Install({L"Alpha", L"Beta", L"Gamma"});
+    Store({L"Alpha"});
+    for (int round = 0; round < 2; ++round) {
+        SCOPED_TRACE(round);
+        driverhost::SessionOptions options;
+        options.needsPrinter = false;
+        session = std::make_unique<driverhost::DocumentSession>(plugIn, std::move(options));
+        driverhost::HostSheet real(*session);
+        driverhost::SheetRun run(real);
+        run.Add([&](driverhost::SheetUser& user) {
+            EXPECT_EQ(plugIn.ResourceText(618), real.TabText(1));
+            EXPECT_EQ(plugIn.ResourceText(509), real.TabText(2));
+            user.ClickTab(0);
+        });
+        run.Add([](driverhost::SheetUser& user) {
+            EXPECT_TRUE(user.Visible(IDC_FONT_LIST));
+            EXPECT_TRUE(user.Checked(IDC_FONTS_SELECT));
+            // What the template hides stays hidden.
+            for (const int id : {IDC_FONTS_GROUP, IDC_ICM_GROUP, IDC_ICM_INTENT, IDC_ICM_METHOD,
+                                 IDC_ICM_INTENT_LABEL, IDC_ICM_METHOD_LABEL})
+                EXPECT_FALSE(user.Visible(id)) << id;
+            user.ClickTab(2);
+        });
+        run.Add([](driverhost::SheetUser& user) { user.ClickTab(0); });
+        run.Add([](driverhost::SheetUser& user) {
+            const HWND dialogs = GetParent(user.Find(IDC_FONT_LIST));
+            EXPECT_EQ(nullptr, FindWindowExW(GetParent(dialogs), dialogs, L"#32770", nullptr))
+                << "a second activation embeds nothing more";
+            user.CheckItem(IDC_FONT_LIST, L"Beta", true);
+            user.Ok();
+        });
+        EXPECT_EQ(CPSUI_OK, run.Show());
+        EXPECT_EQ((std::vector<std::wstring>{L"Alpha", L"Beta"}), StoredNames());
+    }
+}
+
+}  // namespace
+}  // namespace kzp::test

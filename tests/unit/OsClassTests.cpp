@@ -1,0 +1,32 @@
+// The nine classes of operating systems.
+#include "pages/output/OsClass.h"
+
+#include <gtest/gtest.h>
+
+namespace kzp::test {
+namespace {
+
+TEST(OsClass, FollowsPlatformAndVersion) {
+    const struct {
+        bool isNt;
+        DWORD major, minor;
+        int expected;
+    } cases[] = {
+        {true, 4, 0, 5},   {true, 4, 10, 5},  {true, 5, 0, 6},   {true, 5, 1, 7},
+        {true, 5, 2, 1},   {true, 6, 0, 8},   {true, 6, 1, 1},   {true, 6, 3, 1},
+        {true, 10, 0, 1},  {true, 3, 51, 1},  {false, 3, 11, 0}, {false, 4, 0, 2},
+        {false, 4, 10, 3}, {false, 4, 90, 4}, {false, 4, 3, 2},  {false, 5, 90, 2},
+    };
+    for (const auto& system : cases) {
+        OSVERSIONINFOW record = {};
+        record.dwMajorVersion = system.major;
+        record.dwMinorVersion = system.minor;
+        const DWORD version = (system.isNt ? 0 : 0x80000000) | system.minor << 8 | system.major;
+        EXPECT_EQ(system.expected, ClassifyOs(version, &record))
+            << system.isNt << ' ' << system.major << '.' << system.minor;
+        EXPECT_EQ(system.isNt ? 1 : 2, ClassifyOs(version, nullptr));
+    }
+}
+
+}  // namespace
+}  // namespace kzp::test
