@@ -21,30 +21,27 @@ namespace {
 constexpr size_t kPaperNameLength = 64;  // characters of each name that DC_PAPERNAMES hands out
 
 std::vector<BYTE> DefaultDeviceMode(const Queue& queue) {
-    if (!queue.deviceMode.empty())
-        return queue.deviceMode;
-    DEVMODEW plain{};
-    std::wcsncpy(plain.dmDeviceName, queue.name.c_str(), CCHDEVICENAME - 1);
-    plain.dmSpecVersion = DM_SPECVERSION;
-    plain.dmSize = sizeof plain;
-    plain.dmFields = DM_ORIENTATION | DM_PAPERSIZE | DM_COPIES;
-    plain.dmOrientation = DMORIENT_PORTRAIT;
-    plain.dmPaperSize = DMPAPER_LETTER;
-    plain.dmCopies = 1;
-    const auto* const bytes = reinterpret_cast<const BYTE*>(&plain);
-    return std::vector<BYTE>(bytes, bytes + sizeof plain);
+    return queue.deviceMode.empty() ? PlainDeviceMode(queue.name) : queue.deviceMode;
+}
+
+// The printer of an open handle, or without one the printer of that name: the common dialogs ask so.
+DWORD FindQueue(HANDLE handle, const wchar_t* name, std::optional<Queue>& queue) {
+    std::wstring printer;
+    if (!handle && !IsEmpty(name)) {
+        queue = LoadQueue(name);
+        return queue ? ERROR_SUCCESS : ERROR_INVALID_PRINTER_NAME;
+    }
+    if (const DWORD error = FindPrinter(handle, false, printer))
+        return error;
+    queue = LoadQueue(printer);
+    return queue ? ERROR_SUCCESS : ERROR_PRINTER_DELETED;
 }
 
 // `result` becomes the size of the device mode, or IDOK when one was handed out. A prompt is answered at
 // once, as if the user had agreed to what stands there.
-DWORD HandOutDeviceMode(HANDLE handle, DEVMODEW* output, const DEVMODEW* input, DWORD mode, LONG& result) {
-    std::wstring printer;
-    if (const DWORD error = FindPrinter(handle, false, printer))
-        return error;
-    const auto queue = LoadQueue(printer);
-    if (!queue)
-        return ERROR_PRINTER_DELETED;
-    std::vector<BYTE> deviceMode = DefaultDeviceMode(*queue);
+DWORD HandOutDeviceMode(const Queue& queue, DEVMODEW* output, const DEVMODEW* input, DWORD mode,
+                        LONG& result) {
+    std::vector<BYTE> deviceMode = DefaultDeviceMode(queue);
     if (mode == 0) {
         result = static_cast<LONG>(deviceMode.size());
         return ERROR_SUCCESS;
@@ -123,10 +120,14 @@ DWORD Capability(const Queue& queue, WORD capability, wchar_t* output, DWORD& re
 
 extern "C" {
 
-LONG WINAPI DocumentPropertiesW(HWND, HANDLE printer, LPWSTR, PDEVMODEW output, PDEVMODEW input, DWORD mode) {
+LONG WINAPI DocumentPropertiesW(HWND, HANDLE printer, LPWSTR name, PDEVMODEW output, PDEVMODEW input,
+                                DWORD mode) {
     LONG result = -1;
-    Succeeded(Answer(L"DocumentPropertiesW",
-                     [&] { return HandOutDeviceMode(printer, output, input, mode, result); }));
+    Succeeded(Answer(L"DocumentPropertiesW", [&] {
+        std::optional<Queue> queue;
+        const DWORD error = FindQueue(printer, name, queue);
+        return error != ERROR_SUCCESS ? error : HandOutDeviceMode(*queue, output, input, mode, result);
+    }));
     return result;
 }
 

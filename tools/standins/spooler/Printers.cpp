@@ -151,6 +151,10 @@ DWORD Add(DWORD level, const BYTE* data, HANDLE& printer) {
         return error;
     if (QueueExists(queue.name))
         return ERROR_PRINTER_ALREADY_EXISTS;
+    // The real spooler asks the driver. A printer without a device mode is one that was put into the
+    // registry.
+    if (queue.deviceMode.empty())
+        queue.deviceMode = PlainDeviceMode(queue.name);
     if (const DWORD error = StoreQueue(queue))
         return error;
     printer = AddHandle({queue.name, PRINTER_ALL_ACCESS});

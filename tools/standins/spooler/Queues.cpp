@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <cwchar>
 
 #include "tools/standins/common/Registry.h"
 #include "tools/standins/spooler/Calls.h"
@@ -44,6 +45,19 @@ std::optional<std::vector<BYTE>> DeviceModeBytes(const DEVMODEW* deviceMode) {
         return std::nullopt;
     const auto* const bytes = reinterpret_cast<const BYTE*>(deviceMode);
     return std::vector<BYTE>(bytes, bytes + deviceMode->dmSize + deviceMode->dmDriverExtra);
+}
+
+std::vector<BYTE> PlainDeviceMode(const std::wstring& printer) {
+    DEVMODEW plain{};
+    std::wcsncpy(plain.dmDeviceName, printer.c_str(), CCHDEVICENAME - 1);
+    plain.dmSpecVersion = DM_SPECVERSION;
+    plain.dmSize = sizeof plain;
+    plain.dmFields = DM_ORIENTATION | DM_PAPERSIZE | DM_COPIES;
+    plain.dmOrientation = DMORIENT_PORTRAIT;
+    plain.dmPaperSize = DMPAPER_LETTER;
+    plain.dmCopies = 1;
+    const auto* const bytes = reinterpret_cast<const BYTE*>(&plain);
+    return std::vector<BYTE>(bytes, bytes + sizeof plain);
 }
 
 std::optional<Queue> LoadQueue(const std::wstring& printer) {

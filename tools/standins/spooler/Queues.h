@@ -37,4 +37,7 @@ DWORD ReadRecord(const PRINTER_INFO_2W& record, Queue& queue);
 // The bytes of a device mode, private part included; nothing when its sizes cannot be right.
 std::optional<std::vector<BYTE>> DeviceModeBytes(const DEVMODEW* deviceMode);
 
+// The public device mode of a plain printer, as a driver would give it to a new one.
+std::vector<BYTE> PlainDeviceMode(const std::wstring& printer);
+
 }  // namespace kzp::standins::spooler
