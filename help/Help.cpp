@@ -11,8 +11,6 @@ namespace kzp {
 
 namespace {
 
-constexpr wchar_t kProductKey[] = L"SOFTWARE\\Brimlake\\KZPWriter";
-constexpr wchar_t kHelpFilePath[] = L"HelpFilePath";
 constexpr wchar_t kHelpTopic[] = L"::/kzp-writer-2d.htm";
 
 // 256 bytes, not characters, are offered: a path of more than 127 characters is deliberately not read.
