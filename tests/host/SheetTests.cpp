@@ -6,8 +6,8 @@
 namespace {
 
 using namespace driverhost;
-using kzp::test::NoPrinter;
 using kzp::test::HostedSheet;
+using kzp::test::NoPrinter;
 
 TEST(SheetTest, OpensOnThePageThatThePlugInNames) {
     HostedSheet host(NoPrinter());
