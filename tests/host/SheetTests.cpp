@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/HostedSheet.h"
+#include "tests/support/ScratchRegistry.h"
 
 namespace {
 
@@ -9,7 +10,12 @@ using namespace driverhost;
 using kzp::test::HostedSheet;
 using kzp::test::NoPrinter;
 
-TEST(SheetTest, OpensOnThePageThatThePlugInNames) {
+class SheetTest : public testing::Test {
+  protected:
+    kzp::test::ScratchRegistry m_registry;
+};
+
+TEST_F(SheetTest, OpensOnThePageThatThePlugInNames) {
     HostedSheet host(NoPrinter());
     host.run.Add([&](SheetUser&) {
         EXPECT_EQ(host.sheet.PageCount(), 3);
@@ -20,7 +26,7 @@ TEST(SheetTest, OpensOnThePageThatThePlugInNames) {
     EXPECT_EQ(host.sheet.Applied(), 0);
 }
 
-TEST(SheetTest, CtrlTabVisitsEveryPageAndComesBack) {
+TEST_F(SheetTest, CtrlTabVisitsEveryPageAndComesBack) {
     for (const bool extraPage : {false, true}) {
         SheetOptions shape;
         shape.extraFirstPage = extraPage;
@@ -48,7 +54,7 @@ TEST(SheetTest, CtrlTabVisitsEveryPageAndComesBack) {
 }
 
 // The callback that refuses stands in for a plug-in whose validation failed.
-TEST(SheetTest, ARefusedApplyKeepsTheSheetOpenAndStoresNothing) {
+TEST_F(SheetTest, ARefusedApplyKeepsTheSheetOpenAndStoresNothing) {
     HostedSheet host(NoPrinter());
     OEMCUIPCALLBACK own = nullptr;
     bool stayed = false;
@@ -74,7 +80,7 @@ TEST(SheetTest, ARefusedApplyKeepsTheSheetOpenAndStoresNothing) {
     EXPECT_EQ(host.sheet.Applied(), 0);
 }
 
-TEST(SheetTest, AnAcceptedApplyMovesTheSelectionsIntoTheDeviceMode) {
+TEST_F(SheetTest, AnAcceptedApplyMovesTheSelectionsIntoTheDeviceMode) {
     HostedSheet host(NoPrinter());
     host.run.Add([](SheetUser& user) { user.ClickTab(0); });
     host.run.Add([&](SheetUser& user) {
@@ -90,7 +96,7 @@ TEST(SheetTest, AnAcceptedApplyMovesTheSelectionsIntoTheDeviceMode) {
     EXPECT_STREQ(host.session.DevMode().Public()->dmFormName, L"A4");
 }
 
-TEST(SheetTest, AControlThatCannotBeUsedEndsTheRun) {
+TEST_F(SheetTest, AControlThatCannotBeUsedEndsTheRun) {
     HostedSheet host(NoPrinter());
     host.run.Add([](SheetUser& user) { user.Click(4711); });
     bool reached = false;
@@ -99,7 +105,7 @@ TEST(SheetTest, AControlThatCannotBeUsedEndsTheRun) {
     EXPECT_FALSE(reached);
 }
 
-TEST(SheetTest, BoxesAreNotedAndAnswered) {
+TEST_F(SheetTest, BoxesAreNotedAndAnswered) {
     HostedSheet host(NoPrinter());
     int answer = 0;
     host.run.Add([&](SheetUser&) {

@@ -1,6 +1,9 @@
 #include "tools/driverhost/Options.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <functional>
+#include <map>
 
 #include "tools/driverhost/DocumentSession.h"
 #include "tools/driverhost/Script.h"
@@ -86,54 +89,47 @@ Options ParseOptions(const std::vector<std::wstring>& arguments) {
     options.dll = BesideProgram(L"KZPWriterUI.dll");
     options.printer = kDefaultPrinter;
     size_t next = 0;
-    const auto value = [&](const std::wstring& option) {
+    const auto text = [&](const std::wstring& option) {
         if (next >= arguments.size())
             throw HostError{option + L" needs a value"};
         return arguments[next++];
     };
     const auto number = [&](const std::wstring& option) {
-        return static_cast<DWORD>(Number(value(option), option.c_str()));
+        return static_cast<DWORD>(Number(text(option), option.c_str()));
     };
-    bool commandSeen = false;
+    const std::map<std::wstring, std::function<void(const std::wstring&)>> known = {
+        {L"--help", [&](const auto&) { options.command = L"help"; }},
+        {L"--dll", [&](const auto& name) { options.dll = text(name); }},
+        {L"--printer", [&](const auto& name) { options.printer = text(name); }},
+        {L"--create-printer", [&](const auto&) { options.createPrinter = true; }},
+        {L"--script", [&](const auto& name) { options.script = ReadLines(text(name)); }},
+        {L"--out", [&](const auto& name) { options.outFolder = text(name); }},
+        {L"--diff", [&](const auto&) { options.diff = true; }},
+        {L"--quiet", [&](const auto&) { options.quiet = true; }},
+        {L"--timeout", [&](const auto& name) { options.timeoutSeconds = number(name); }},
+        {L"--wait", [&](const auto& name) { options.waitMilliseconds = number(name); }},
+        {L"--tabs", [&](const auto& name) { options.fourTabs = number(name) == 4; }},
+        {L"--no-apply", [&](const auto&) { options.applyButton = false; }},
+        {L"--no-helper", [&](const auto&) { options.offersHelper = false; }},
+        {L"--no-plugin-item", [&](const auto&) { options.plugInItem = false; }},
+        {L"--items", [&](const auto& name) { options.firstItems = number(name); }},
+    };
+    std::vector<std::wstring> words;
     while (next < arguments.size()) {
-        const std::wstring argument = arguments[next++];
-        if (argument == L"--help" || argument == L"-h" || argument == L"/?")
-            options.command = L"help", commandSeen = true;
-        else if (argument == L"--dll")
-            options.dll = value(argument);
-        else if (argument == L"--printer")
-            options.printer = value(argument);
-        else if (argument == L"--create-printer")
-            options.createPrinter = true;
-        else if (argument == L"--script")
-            options.script = ReadLines(value(argument));
-        else if (argument == L"--out")
-            options.outFolder = value(argument);
-        else if (argument == L"--diff")
-            options.diff = true;
-        else if (argument == L"--quiet")
-            options.quiet = true;
-        else if (argument == L"--timeout")
-            options.timeoutSeconds = number(argument);
-        else if (argument == L"--wait")
-            options.waitMilliseconds = number(argument);
-        else if (argument == L"--tabs")
-            options.fourTabs = number(argument) == 4;
-        else if (argument == L"--no-apply")
-            options.applyButton = false;
-        else if (argument == L"--no-helper")
-            options.offersHelper = false;
-        else if (argument == L"--no-plugin-item")
-            options.plugInItem = false;
-        else if (argument == L"--items")
-            options.firstItems = number(argument);
+        const std::wstring& argument = arguments[next++];
+        if (const auto option = known.find(argument); option != known.end())
+            option->second(argument);
         else if (argument.starts_with(L"--"))
             throw HostError{L"unknown option " + argument};
-        else if (!commandSeen)
-            options.command = argument, commandSeen = true;
         else
-            options.script.push_back(argument);
+            words.push_back(argument);
     }
+    if (!words.empty() && options.command != L"help") {
+        options.command = words[0];
+        options.script.insert(options.script.end(), words.begin() + 1, words.end());
+    }
+    for (const std::wstring& line : options.script)
+        Script::Check(line);
     return options;
 }
 

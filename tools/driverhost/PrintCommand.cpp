@@ -15,25 +15,23 @@ namespace driverhost {
 
 namespace {
 
-// The kit's numbers, and the order in which a one-page document brings them.
-constexpr INT kQueryFilter = 14;
+// The order in which a one-page document brings them.
 struct Event {
     INT number;
     const wchar_t* name;
 };
 constexpr Event kEvents[] = {
-    {1, L"CREATEDCPRE"}, {2, L"CREATEDCPOST"}, {5, L"STARTDOC"},    {13, L"STARTDOCPOST"}, {6, L"STARTPAGE"},
-    {7, L"ENDPAGE"},     {8, L"ENDDOC"},       {12, L"ENDDOCPOST"}, {10, L"DELETEDC"},
+    {DOCUMENTEVENT_CREATEDCPRE, L"CREATEDCPRE"}, {DOCUMENTEVENT_CREATEDCPOST, L"CREATEDCPOST"},
+    {DOCUMENTEVENT_STARTDOC, L"STARTDOC"},       {DOCUMENTEVENT_STARTDOCPOST, L"STARTDOCPOST"},
+    {DOCUMENTEVENT_STARTPAGE, L"STARTPAGE"},     {DOCUMENTEVENT_ENDPAGE, L"ENDPAGE"},
+    {DOCUMENTEVENT_ENDDOC, L"ENDDOC"},           {DOCUMENTEVENT_ENDDOCPOST, L"ENDDOCPOST"},
+    {DOCUMENTEVENT_DELETEDC, L"DELETEDC"},
 };
-constexpr DWORD kEventCount = 15;
 
-// The kit's DOCEVENT_FILTER with room for every event.
+// Room for every event behind the filter's own first entry.
 struct EventFilter {
-    UINT cbSize;
-    UINT cElementsAllocated;
-    UINT cElementsNeeded;
-    UINT cElementsReturned;
-    DWORD aDocEventCall[kEventCount];
+    DOCEVENT_FILTER head;
+    DWORD more[DOCUMENTEVENT_QUERYFILTER];
 };
 
 const wchar_t* NameOf(INT number) {
@@ -41,7 +39,7 @@ const wchar_t* NameOf(INT number) {
         if (event.number == number)
             return event.name;
     }
-    return number == kQueryFilter ? L"QUERYFILTER" : L"?";
+    return number == DOCUMENTEVENT_QUERYFILTER ? L"QUERYFILTER" : L"?";
 }
 
 constexpr const wchar_t* kCompanions[] = {L"KzpWriterInteraction.exe", L"KZPAppLauncher.exe",
@@ -98,11 +96,12 @@ PrintOutcome PrintDocument(IPrintOemUI2* plugIn, HANDLE printer, const std::wstr
         return answer;
     };
     EventFilter filter = {};
-    filter.cbSize = sizeof filter;
-    filter.cElementsAllocated = kEventCount;
-    if (tell(kQueryFilter, 0, nullptr, sizeof filter, &filter) == 1) {
-        const UINT returned = std::min(filter.cElementsReturned, filter.cElementsAllocated);
-        outcome.filter.assign(filter.aDocEventCall, filter.aDocEventCall + returned);
+    filter.head.cbSize = sizeof filter;
+    filter.head.cElementsAllocated = 1 + DOCUMENTEVENT_QUERYFILTER;
+    if (tell(DOCUMENTEVENT_QUERYFILTER, 0, nullptr, sizeof filter, &filter) == DOCUMENTEVENT_SUCCESS) {
+        const UINT returned = std::min(filter.head.cElementsReturned, filter.head.cElementsAllocated);
+        const DWORD* const asked = filter.head.aDocEventCall;
+        outcome.filter.assign(asked, asked + returned);
     } else {  // a plug-in without a filter hears everything
         for (const Event& event : kEvents)
             outcome.filter.push_back(static_cast<DWORD>(event.number));
@@ -118,11 +117,11 @@ PrintOutcome PrintDocument(IPrintOemUI2* plugIn, HANDLE printer, const std::wstr
             outcome.filter.end())
             continue;
         switch (event.number) {
-            case 5:
-                tell(5, sizeof start, &start, 0, nullptr);
+            case DOCUMENTEVENT_STARTDOC:
+                tell(event.number, sizeof start, &start, 0, nullptr);
                 break;
-            case 13:
-                tell(13, sizeof job, &job, 0, nullptr);
+            case DOCUMENTEVENT_STARTDOCPOST:
+                tell(event.number, sizeof job, &job, 0, nullptr);
                 break;
             default:
                 tell(event.number, 0, nullptr, 0, nullptr);

@@ -12,7 +12,7 @@ const std::vector<Script::Command>& Script::Commands() {
         {L"type", L"ID TEXT", 2, 2, L"type over an edit's text, one character after another", &Script::Type},
         {L"set", L"ID TEXT", 2, 2, L"replace an edit's text at once", &Script::Set},
         {L"click", L"ID", 1, 1, L"click a button, radio button or check box", &Script::Click},
-        {L"check", L"ID on|off", 2, 2, L"click a check box unless it is so already", &Script::Check},
+        {L"check", L"ID on|off", 2, 2, L"click a check box unless it is so already", &Script::CheckBox},
         {L"select", L"ID TEXT|#N", 2, 2, L"pick an entry of a combo box by text, or by number from 0",
          &Script::Select},
         {L"spin", L"ID up|down [TIMES]", 2, 3, L"click an arrow of a spin button", &Script::Spin},
@@ -51,25 +51,37 @@ Script::Script(SheetRun& run, std::wstring outFolder) : m_run(run), m_outFolder(
     };
 }
 
-void Script::Add(const std::wstring& line) {
-    std::vector<std::wstring> words = Words(line);
-    if (words.empty() || words[0][0] == L'#')
-        return;
-    const std::wstring name = words[0];
-    words.erase(words.begin());
+const Script::Command* Script::Parse(const std::wstring& line, Arguments& arguments) {
+    arguments = Words(line);
+    if (arguments.empty() || arguments[0].starts_with(L'#'))
+        return nullptr;
+    const std::wstring name = arguments[0];
+    arguments.erase(arguments.begin());
     for (const Command& command : Commands()) {
         if (name != command.name)
             continue;
-        if (words.size() < command.least || words.size() > command.most)
+        if (arguments.size() < command.least || arguments.size() > command.most)
             throw HostError{
                 Format(L"\"%ls\" is used like this: %ls %ls", line.c_str(), command.name, command.arguments)};
-        m_run.Add([this, line, words, run = command.run](SheetUser& user) {
-            Say(L"> " + line);
-            (this->*run)(user, words);
-        });
-        return;
+        return &command;
     }
     throw HostError{Format(L"unknown command \"%ls\"", name.c_str())};
+}
+
+void Script::Check(const std::wstring& line) {
+    Arguments arguments;
+    (void)Parse(line, arguments);
+}
+
+void Script::Add(const std::wstring& line) {
+    Arguments arguments;
+    const Command* const command = Parse(line, arguments);
+    if (!command)
+        return;
+    m_run.Add([this, line, arguments, run = command->run](SheetUser& user) {
+        Say(L"> " + line);
+        (this->*run)(user, arguments);
+    });
 }
 
 std::wstring Script::Help() {

@@ -15,8 +15,10 @@ class Script {
     // Pictures go to `outFolder`, which is created when the first one is saved.
     Script(SheetRun& run, std::wstring outFolder);
 
-    // Checks one line and adds it to the run; empty lines and lines that begin with "#" are left out.
-    // HostError for an unknown command or a wrong number of arguments.
+    // HostError for an unknown command or a wrong number of arguments. Empty lines and lines that begin with
+    // "#" say nothing.
+    static void Check(const std::wstring& line);
+    // Checks one line and adds it to the run.
     void Add(const std::wstring& line);
 
     // The commands with their arguments and meaning, for --help.
@@ -33,6 +35,7 @@ class Script {
         void (Script::*run)(SheetUser&, const Arguments&);
     };
     static const std::vector<Command>& Commands();
+    static const Command* Parse(const std::wstring& line, Arguments& arguments);  // null for a remark
 
     void Page(SheetUser& user, const Arguments& arguments);
     void Tab(SheetUser& user, const Arguments& arguments);
@@ -40,7 +43,7 @@ class Script {
     void Type(SheetUser& user, const Arguments& arguments);
     void Set(SheetUser& user, const Arguments& arguments);
     void Click(SheetUser& user, const Arguments& arguments);
-    void Check(SheetUser& user, const Arguments& arguments);
+    void CheckBox(SheetUser& user, const Arguments& arguments);
     void Select(SheetUser& user, const Arguments& arguments);
     void Spin(SheetUser& user, const Arguments& arguments);
     void Item(SheetUser& user, const Arguments& arguments);

@@ -81,7 +81,7 @@ void Script::Click(SheetUser& user, const Arguments& arguments) {
     user.Click(Id(arguments[0]));
 }
 
-void Script::Check(SheetUser& user, const Arguments& arguments) {
+void Script::CheckBox(SheetUser& user, const Arguments& arguments) {
     user.Check(Id(arguments[0]), Either(arguments[1], L"on", L"off"));
 }
 
