@@ -1,0 +1,148 @@
+// What the controls write into the driver, and what becomes of them when the driver offers less.
+#include <cmath>
+
+#include "resources/resource.h"
+#include "tests/settings_page/SettingsPageTest.h"
+
+namespace kzp::test {
+namespace {
+
+using driverhost::SheetUser;
+using DriverFeatures = SettingsPageTest;
+
+std::string Announced(HostedSheet& host) {
+    std::string all;
+    for (const auto& call : host.session.Helper().Announcements())
+        all += call.keyword + "=" + std::to_string(call.selection) + " ";
+    host.session.Helper().Announcements().clear();
+    return all;
+}
+
+TEST_F(DriverFeatures, FollowTheirControlsAndAreAnnounced) {
+    tree.Find("Orientation")->Flags |= OPTIF_HIDE | OPTIF_EXT_HIDE;
+    Open({[](HostedSheet& host, SheetUser& user) {
+        Announced(host);
+        user.SelectIndex(IDC_QUALITY, 4);
+        EXPECT_EQ(Announced(host), "Resolution=4 ");
+        user.Click(IDC_LANDSCAPE);
+        EXPECT_EQ(Announced(host), "Orientation=1 ");
+        EXPECT_EQ(host.session.Tree().Find("Orientation")->Flags & (OPTIF_HIDE | OPTIF_EXT_HIDE),
+                  static_cast<DWORD>(OPTIF_EXT_HIDE));
+        user.Click(IDC_PORTRAIT);
+        EXPECT_EQ(Announced(host), "Orientation=0 ");
+        user.Click(IDC_OUTPUT_KZP);
+        user.Click(IDC_DISPLAY_IN_VIEWER);
+        EXPECT_EQ(Announced(host), "") << "these are the writer's own";
+    }});
+}
+
+TEST_F(DriverFeatures, ColourTakesTheFifthItemAlong) {
+    Open({[](HostedSheet& host, SheetUser& user) {
+        OPTITEM& fifth = host.session.Tree().Items()[4];
+        Announced(host);
+        for (const auto& [colour, expected] : {std::pair{1, "TrueColor=0 ColorMode=1 "},
+                                               {2, "TrueColor=1 ColorMode=2 "},
+                                               {0, "TrueColor=0 ColorMode=0 "}}) {
+            fifth.Flags |= OPTIF_HIDE;
+            user.SelectIndex(IDC_COLOR, colour);
+            EXPECT_EQ(Announced(host), expected);
+            EXPECT_FALSE(fifth.Flags & OPTIF_HIDE);
+        }
+    }});
+}
+
+TEST_F(DriverFeatures, AreFoundByTheBeginningOfTheirKeyword) {
+    tree = driverhost::DriverTree();
+    tree.Add({"PaperSizeOfTheTray", L"Paper", 0, TVOT_LISTBOX, {L"A4", L"A5"}, 1});
+    tree.Add({"", L"Heading", DMPUB_NONE, TVOT_LISTBOX, {}});
+    tree.Add({"Res", L"Not quite", 0, TVOT_LISTBOX, {L"wrong"}, 0});
+    tree.Add({"Resolution", L"First", 0, TVOT_LISTBOX, {L"first"}, 0});
+    tree.Add({"Resolution", L"Second", 0, TVOT_LISTBOX, {L"second"}, 0});
+    tree.DropUserData("Res");
+    Open({[](HostedSheet&, SheetUser& user) {
+        EXPECT_EQ(user.Text(IDC_PAPER), L"A5");
+        EXPECT_EQ(user.Text(IDC_QUALITY), L"first");
+    }});
+}
+
+// Uses everything that can be used; what the driver lacks must neither crash nor write beside its arrays.
+void UseEverything(HostedSheet& host, SheetUser& user) {
+    for (const int list : {IDC_PAPER, IDC_QUALITY, IDC_COLOR}) {
+        if (SendMessageW(user.Find(list), CB_GETCOUNT, 0, 0) > 0)
+            user.SelectIndex(list, 0);
+        SendMessageW(host.sheet.PageWindow(kSettingsTab), WM_COMMAND, MAKEWPARAM(list, CBN_SELCHANGE), 0);
+    }
+    for (const int button : {IDC_MILLIMETERS, IDC_INCHES, IDC_LANDSCAPE, IDC_PORTRAIT, IDC_DISPLAY_IN_VIEWER,
+                             IDC_OUTPUT_KZP, IDC_OUTPUT_KZPX})
+        user.Click(button);
+    user.Type(IDC_LEFT, L"1");
+    user.Spin(IDC_LEFT_SPIN, true);
+    EXPECT_EQ(user.Text(IDC_LEFT), L"1.05");
+}
+
+TEST_F(DriverFeatures, MayBeMissingFromTheEnd) {
+    for (DWORD items = 0; items <= 15; items += items < 5 ? 1 : 5) {
+        options.firstItems = items;
+        Open({UseEverything, [items](HostedSheet& host, SheetUser& user) {
+                  EXPECT_EQ(SendMessageW(user.Find(IDC_PAPER), CB_GETCOUNT, 0, 0), items > 0 ? 8 : 0);
+                  EXPECT_EQ(SendMessageW(user.Find(IDC_COLOR), CB_GETCOUNT, 0, 0), items > 3 ? 3 : 0);
+                  host.sheet.Session().UIParam().cDrvOptItems = 0;
+                  UseEverything(host, user);
+              }});
+    }
+}
+
+TEST_F(DriverFeatures, MayLackOptionsTypeUserDataOrASelection) {
+    for (const char* keyword : {"PaperSize", "Resolution", "ColorMode", "Orientation", "CustomUnit"}) {
+        SCOPED_TRACE(keyword);
+        tree.DropOptions(keyword);
+        Open({UseEverything});
+        tree.DropType(keyword);
+        Open({UseEverything});
+        tree.DropUserData(keyword);
+        Open({UseEverything});
+        tree.Remove(keyword);
+        Open({UseEverything});
+        tree.Find(keyword)->Sel = 1000;
+        Open({UseEverything});
+        tree.Find(keyword)->Sel = -1;
+        Open({UseEverything});
+    }
+}
+
+TEST_F(DriverFeatures, OptionsWithoutANameKeepTheirPlace) {
+    OPTTYPE* const type = tree.Find("PaperSize")->pOptType;
+    type->pOptParam[1].pData = nullptr;
+    type->pOptParam[2].pData = MAKEINTRESOURCEW(17);
+    Open({[](HostedSheet& host, SheetUser& user) {
+        user.Select(IDC_PAPER, L"A4");
+        EXPECT_EQ(host.session.Tree().Find("PaperSize")->Sel, 5);
+        user.SelectIndex(IDC_PAPER, 1);
+        EXPECT_FALSE(user.Visible(IDC_WIDTH));
+    }});
+}
+
+TEST_F(DriverFeatures, MayComeWithoutHelperPrinterOrPrivateRecord) {
+    options.offersHelper = false;
+    Open({UseEverything});
+    options.printer = L"No such printer";
+    options.needsPrinter = false;
+    Open({UseEverything});
+    beforeShow = [](HostedSheet& host) { host.session.UIParam().pOEMDM = nullptr; };
+    Open({UseEverything});
+}
+
+// A record that an older version or another machine left behind.
+TEST_F(DriverFeatures, MayComeWithWildMargins) {
+    margins = {3.4e38f, -12.7f, HUGE_VALF, NAN};
+    Open({[](HostedSheet&, SheetUser& user) {
+        EXPECT_EQ(user.Text(IDC_LEFT), L"100.00");
+        EXPECT_EQ(user.Text(IDC_TOP), L"0.50");
+        EXPECT_EQ(user.Text(IDC_RIGHT), L"0.00");
+        EXPECT_EQ(user.Text(IDC_BOTTOM), L"0.00");
+        user.Type(IDC_LEFT, L"0");
+    }});
+}
+
+}  // namespace
+}  // namespace kzp::test

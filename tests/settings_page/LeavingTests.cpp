@@ -1,0 +1,148 @@
+// Sizes and margins that do not go together: the message, and the way back to the page.
+#include "resources/resource.h"
+#include "tests/settings_page/SettingsPageTest.h"
+#include "tests/support/ImportPatch.h"
+
+namespace kzp::test {
+namespace {
+
+using driverhost::SheetUser;
+
+class Leaving : public SettingsPageTest {
+  protected:
+    // Makes the page invalid or valid, clicks the next tab, and looks where the sheet has come to rest.
+    void ExpectReturn(const std::function<void(SheetUser&)>& change, bool returns) {
+        Open({
+            [&](HostedSheet& host, SheetUser& user) {
+                change(user);
+                user.ClickTab(host.sheet.PageCount() - 1);
+            },
+            [&](HostedSheet& host, SheetUser&) {
+                const int page = host.sheet.PageCount() - 2;
+                EXPECT_EQ(host.sheet.CurrentPage(), returns ? page : page + 1);
+                EXPECT_EQ(host.run.Boxes().size(), returns ? 1u : 0u);
+                for (const auto& box : host.run.Boxes()) {
+                    EXPECT_EQ(box.caption, host.plugIn.ResourceText(IDS_INVALID_SIZE_CAPTION));
+                    EXPECT_EQ(box.text, host.plugIn.ResourceText(IDS_INVALID_SIZE_TEXT));
+                }
+            },
+        });
+    }
+};
+
+TEST_F(Leaving, WithMarginsThatTakeTheWholePaperComesBack) {
+    for (const bool extraPage : {false, true}) {
+        shape.extraFirstPage = extraPage;
+        ExpectReturn([](SheetUser& user) { user.Type(IDC_LEFT, L"8.25"); }, true);
+        shape.extraFirstPage = extraPage;
+        ExpectReturn([](SheetUser& user) { user.Type(IDC_LEFT, L"8.24"); }, false);
+    }
+}
+
+TEST_F(Leaving, CountsAStandardFormInMillimetres) {
+    ChooseMillimeters();
+    tree.Find("PaperSize")->Sel = 5;  // A4
+    ExpectReturn([](SheetUser& user) { user.Type(IDC_TOP, L"297"); }, true);
+    ChooseMillimeters();
+    tree.Find("PaperSize")->Sel = 5;
+    ExpectReturn([](SheetUser& user) { user.Type(IDC_TOP, L"296.9"); }, false);
+}
+
+TEST_F(Leaving, TurnsThePaperWithTheOrientation) {
+    margins = {0, 0, 0, 0};
+    ExpectReturn(
+        [](SheetUser& user) {
+            user.Type(IDC_LEFT, L"10");
+            user.Click(IDC_LANDSCAPE);
+        },
+        false);
+    ExpectReturn(
+        [](SheetUser& user) {
+            user.Type(IDC_TOP, L"9");
+            user.Click(IDC_LANDSCAPE);
+        },
+        true);
+}
+
+TEST_F(Leaving, HoldsTheCustomSizeToItsLimits) {
+    const struct {
+        int edit;
+        const wchar_t* text;
+        bool returns;
+    } cases[] = {{IDC_WIDTH, L"0.99", true},
+                 {IDC_HEIGHT, L"", true},
+                 {IDC_WIDTH, L"1", false},
+                 {IDC_HEIGHT, L"100", false}};
+    for (const auto& c : cases) {
+        margins = {0, 0, 0, 0};
+        ChooseCustomPaper();
+        ExpectReturn([&](SheetUser& user) { user.Type(c.edit, c.text); }, c.returns);
+    }
+    ChooseCustomPaper();
+    ChooseMillimeters();
+    margins = {0, 0, 0, 0};
+    ExpectReturn([](SheetUser& user) { user.Type(IDC_WIDTH, L"25.4"); }, false);
+}
+
+TEST_F(Leaving, ForgetsAFormThatWasReplaced) {
+    ExpectReturn(
+        [](SheetUser& user) {
+            user.Type(IDC_LEFT, L"9");  // too much for Letter
+            user.Select(IDC_PAPER, L"Tabloid");
+        },
+        false);
+    ExpectReturn(
+        [](SheetUser& user) {
+            user.Type(IDC_LEFT, L"7");
+            user.Select(IDC_PAPER, L"A5");
+        },
+        true);
+}
+
+// The filter ends with "89"; a test of what an earlier pass left of the text would see 8.
+TEST_F(Leaving, JudgesWhatTheEditShowsInTheEnd) {
+    ExpectReturn([](SheetUser& user) { user.SetText(IDC_LEFT, L"8-a9"); }, true);
+}
+
+struct {
+    HWND owner;
+    UINT style;
+} g_box;
+
+int WINAPI NoteBox(HWND owner, LPCWSTR text, LPCWSTR caption, UINT style) {
+    g_box = {owner, style};
+    return MessageBoxW(owner, text, caption, style);
+}
+
+TEST_F(Leaving, ShowsAnExclamationOverTheTabs) {
+    g_box = {};
+    Open({[](HostedSheet& host, SheetUser& user) {
+        const ImportPatch patch(host.plugIn.Module(), "MessageBoxW", AddressOf(NoteBox));
+        user.Type(IDC_LEFT, L"50");
+        user.ClickTab(kOutputTab);
+        EXPECT_EQ(g_box.style, static_cast<UINT>(MB_ICONEXCLAMATION));
+        EXPECT_EQ(g_box.owner, host.sheet.Tabs());
+    }});
+}
+
+TEST_F(Leaving, MayGoOnOnceTheSizesAreRight) {
+    Open({
+        [](HostedSheet&, SheetUser& user) {
+            user.Type(IDC_LEFT, L"50");
+            user.ClickTab(kOutputTab);
+        },
+        [](HostedSheet& host, SheetUser& user) {
+            EXPECT_EQ(host.sheet.CurrentPage(), kSettingsTab);
+            EXPECT_EQ(user.Text(IDC_LEFT), L"50") << "what was typed is the user's to mend";
+            user.Type(IDC_LEFT, L"0.5");
+            user.ClickTab(kOutputTab);
+        },
+        [](HostedSheet& host, SheetUser&) {
+            EXPECT_EQ(host.sheet.CurrentPage(), kOutputTab);
+            EXPECT_EQ(host.run.Boxes().size(), 1u);
+        },
+    });
+}
+
+}  // namespace
+}  // namespace kzp::test

@@ -1,0 +1,124 @@
+// What the page shows when it opens: the driver's features, the record's margins, the form, the store.
+#include "resources/resource.h"
+#include "tests/settings_page/SettingsPageTest.h"
+
+namespace kzp::test {
+namespace {
+
+using driverhost::SheetUser;
+using Opening = SettingsPageTest;
+
+Texts Entries(SheetUser& user, int list) {
+    Texts entries;
+    const HWND combo = user.Find(list);
+    for (LRESULT entry = 0; entry < SendMessageW(combo, CB_GETCOUNT, 0, 0); ++entry) {
+        wchar_t text[260] = L"";
+        SendMessageW(combo, CB_GETLBTEXT, static_cast<WPARAM>(entry), reinterpret_cast<LPARAM>(text));
+        entries.push_back(text);
+    }
+    return entries;
+}
+
+TEST_F(Opening, ListsTheDriversOptionsInItsOrderAndSelectsItsChoices) {
+    tree = driverhost::DriverTree();
+    tree.Add(
+        {"PaperSize", L"Paper", 0, TVOT_LISTBOX, {L"Tabloid", L"A4", L"User Defined", L"User Defined 2"}, 1});
+    tree.Add({"Resolution", L"Quality", 0, TVOT_LISTBOX, {L"1200 x 1200 dpi", L"200 x 200 dpi"}, 1});
+    tree.Add({"ColorMode", L"Color", 0, TVOT_LISTBOX, {L"Zebra", L"Monochrome"}, 0});
+    tree.Add({"Orientation", L"Orientation", 0, TVOT_2STATES, {L"Portrait", L"Landscape"}, 1});
+    Open({[](HostedSheet& host, SheetUser& user) {
+        EXPECT_EQ(host.sheet.CurrentPage(), kSettingsTab);
+        EXPECT_EQ(Entries(user, IDC_PAPER),
+                  (Texts{L"Tabloid", L"A4", host.plugIn.ResourceText(IDS_CUSTOM_PAPER), L"User Defined 2"}));
+        EXPECT_EQ(user.Text(IDC_PAPER), L"A4");
+        EXPECT_EQ(Entries(user, IDC_QUALITY), (Texts{L"1200 x 1200 dpi", L"200 x 200 dpi"}));
+        EXPECT_EQ(user.Text(IDC_QUALITY), L"200 x 200 dpi");
+        EXPECT_EQ(Entries(user, IDC_COLOR), (Texts{L"Zebra", L"Monochrome"}));
+        EXPECT_EQ(user.Text(IDC_COLOR), L"Zebra");
+        EXPECT_TRUE(user.Checked(IDC_LANDSCAPE));
+        EXPECT_FALSE(user.Checked(IDC_PORTRAIT));
+        // The driver is told of the colour mode once, so that it brings its own items in line.
+        const auto& announced = host.session.Helper().Announcements();
+        ASSERT_EQ(announced.size(), 1u);
+        EXPECT_EQ(announced[0].keyword, "ColorMode");
+        EXPECT_TRUE(announced[0].rightSheet);
+        EXPECT_EQ(announced[0].mode, OEMCUIP_DOCPROP);
+    }});
+}
+
+TEST_F(Opening, TakesItsTextsFromTheResourceModule) {
+    Open({[](HostedSheet& host, SheetUser& user) {
+        const std::pair<int, UINT> texts[] = {
+            {IDC_PAPER_LABEL, IDS_PAPER_LABEL}, {IDC_TOP_LABEL, IDS_TOP_LABEL},
+            {IDC_RIGHT_LABEL, IDS_RIGHT_LABEL}, {IDC_MILLIMETERS, IDS_MILLIMETERS},
+            {IDC_OUTPUT_KZP, IDS_OUTPUT_KZP},   {IDC_HELP_SETTINGS, IDS_HELP_SETTINGS}};
+        for (const auto& [control, text] : texts)
+            EXPECT_EQ(user.Text(control), host.plugIn.ResourceText(text)) << control;
+    }});
+}
+
+TEST_F(Opening, ShowsFormAndMarginsInTheDriversUnit) {
+    ChooseCustomPaper();
+    Open({[](HostedSheet&, SheetUser& user) {
+        EXPECT_TRUE(user.Checked(IDC_INCHES));
+        EXPECT_EQ(EditTexts(user), (Texts{L"8.50", L"10.50", L"0.50", L"1.00", L"0.25", L"0.00"}));
+        EXPECT_TRUE(user.Visible(IDC_WIDTH));
+    }});
+    ChooseCustomPaper();
+    ChooseMillimeters();
+    Open({[](HostedSheet&, SheetUser& user) {
+        EXPECT_TRUE(user.Checked(IDC_MILLIMETERS));
+        EXPECT_EQ(EditTexts(user), (Texts{L"215.90", L"266.70", L"12.70", L"25.40", L"6.35", L"0.00"}));
+    }});
+    // What the former sheet left must not be converted once more.
+    ChooseCustomPaper();
+    Open({[](HostedSheet&, SheetUser& user) {
+        EXPECT_TRUE(user.Checked(IDC_INCHES));
+        EXPECT_FALSE(user.Checked(IDC_MILLIMETERS));
+        EXPECT_EQ(EditTexts(user), (Texts{L"8.50", L"10.50", L"0.50", L"1.00", L"0.25", L"0.00"}));
+    }});
+}
+
+TEST_F(Opening, TakesAnythingButANoAsYesForTheViewerAndStoresIt) {
+    const struct {
+        const wchar_t *stored, *afterwards;
+        bool checked;
+    } cases[] = {{nullptr, L"YES", true}, {L"", L"YES", true},   {L"maybe", L"YES", true},
+                 {L"y", L"YES", true},    {L"no", L"no", false}, {L"N", L"N", false}};
+    for (const auto& c : cases) {
+        if (c.stored)
+            WriteText(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView", c.stored);
+        Open({[&c](HostedSheet&, SheetUser& user) {
+            EXPECT_EQ(user.Checked(IDC_DISPLAY_IN_VIEWER), c.checked);
+            const auto value = ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView");
+            EXPECT_EQ(value ? value->Text() : L"(none)", c.afterwards);
+        }});
+    }
+}
+
+TEST_F(Opening, TakesOnlyTypeOneAsKzp) {
+    for (const int stored : {-1, 0, 1, 2}) {
+        if (stored >= 0)
+            WriteDword(HKEY_CURRENT_USER, kSettingsKey, L"OutputType", static_cast<DWORD>(stored));
+        Open({[stored](HostedSheet&, SheetUser& user) {
+            EXPECT_EQ(user.Checked(IDC_OUTPUT_KZP), stored == 1) << stored;
+            EXPECT_EQ(user.Checked(IDC_OUTPUT_KZPX), stored != 1) << stored;
+        }});
+    }
+}
+
+// The first visit to a page is what creates it, and only pages that exist are asked when OK is pressed.
+TEST_F(Opening, VisitsEveryTabOnceAndEndsWhereItStarted) {
+    for (const bool extraPage : {false, true}) {
+        shape.extraFirstPage = extraPage;
+        Open({[extraPage](HostedSheet& host, SheetUser&) {
+            EXPECT_EQ(host.sheet.CurrentPage(), extraPage ? 2 : 1);
+            for (int page = 0; page < host.sheet.PageCount(); ++page)
+                EXPECT_NE(host.sheet.PageWindow(page), nullptr) << page;
+            EXPECT_TRUE(host.run.Boxes().empty());
+        }});
+    }
+}
+
+}  // namespace
+}  // namespace kzp::test

@@ -1,0 +1,138 @@
+// The form "User Defined" in the spooler.
+#include <windows.h>
+#include <winspool.h>
+
+#include <cwchar>
+#include <vector>
+
+#include "pages/settings/Measures.h"
+#include "pages/settings/PaperForms.h"
+#include "settings/SheetState.h"
+#include "tests/settings_page/SettingsPageTest.h"
+#include "tools/standins/spooler/SpoolerControl.h"
+
+namespace kzp::test {
+namespace {
+
+namespace spooler = standins::spooler;
+
+// A sheet's state without a sheet: the open printer, and a driver whose first item is the paper.
+class PaperForms : public SettingsPageTest {
+  protected:
+    PaperForms() {
+        PRINTER_DEFAULTSW defaults = {nullptr, nullptr, PRINTER_ALL_ACCESS};
+        OpenPrinterW(const_cast<PWSTR>(driverhost::kDefaultPrinter), printer.Put(), &defaults);
+        tree.Find("PaperSize")->Sel = 7;
+        param.hPrinter = printer.Get();
+        param.pDrvOptItems = tree.Items();
+        param.cDrvOptItems = tree.Count();
+        g_sheet.CurrentUIParam = &param;
+        g_sheet.CurrentPrinterName = driverhost::kDefaultPrinter;
+        g_measures = {};
+    }
+    ~PaperForms() override {
+        spooler::StopLog();
+        spooler::ClearFailures();
+        g_sheet.CurrentUIParam = nullptr;
+    }
+
+    // Flags, size and imageable area of the stored form; empty without one.
+    std::vector<LONG> StoredForm() const {
+        BYTE block[512];
+        DWORD bytes = 0;
+        if (!GetFormW(printer.Get(), const_cast<PWSTR>(kCustomFormName), 1, block, sizeof block, &bytes))
+            return {};
+        const auto& form = *reinterpret_cast<const FORM_INFO_1W*>(block);
+        const RECTL& area = form.ImageableArea;
+        return {static_cast<LONG>(form.Flags),
+                form.Size.cx,
+                form.Size.cy,
+                area.left,
+                area.top,
+                area.right,
+                area.bottom};
+    }
+    static void Type(const wchar_t* width, const wchar_t* height) {
+        std::wcscpy(g_measures.widthText, width);
+        std::wcscpy(g_measures.heightText, height);
+    }
+
+    UniquePrinter printer;
+    OEMCUIPPARAM param = {};
+};
+
+const std::vector<LONG> kDefaultForm = {FORM_USER, 215900, 266700, 0, 0, 215900, 266700};
+
+TEST_F(PaperForms, AreCreatedOnceWhenMissing) {
+    spooler::RemoveForm(kCustomFormName);
+    ASSERT_TRUE(StoredForm().empty());
+    spooler::StartLog();
+    EXPECT_EQ(EnsureCustomForm(), 1);
+    EXPECT_EQ(StoredForm(), kDefaultForm);
+    EXPECT_EQ(EnsureCustomForm(), 1);
+    EXPECT_EQ(spooler::ReadLog(), (Texts{L"AddFormW User Defined"}));
+}
+
+TEST_F(PaperForms, FailToBeCreatedInSilence) {
+    spooler::RemoveForm(kCustomFormName);
+    for (const wchar_t* call : {L"OpenPrinterW", L"AddFormW"}) {
+        spooler::FailCall(call, ERROR_ACCESS_DENIED);
+        EXPECT_EQ(EnsureCustomForm(), 1);
+        EXPECT_TRUE(StoredForm().empty()) << call;
+        spooler::ClearFailures();
+    }
+    EXPECT_FALSE(AddCustomForm(L"No such printer", kCustomFormName, 2159, 2667));
+    g_sheet.CurrentUIParam = nullptr;
+    EXPECT_EQ(EnsureCustomForm(), 1) << "the name of the printer is enough";
+    EXPECT_EQ(StoredForm(), kDefaultForm);
+}
+
+TEST_F(PaperForms, AreRewrittenOnlyWithAnotherSize) {
+    spooler::StartLog();
+    Type(L"8.50", L"10.50");
+    EXPECT_EQ(CommitCustomForm(), 0);
+    g_measures.unit = kMillimeters;
+    Type(L"215.9", L"266.70");
+    EXPECT_EQ(CommitCustomForm(), 0);
+    EXPECT_EQ(spooler::ReadLog(), Texts());
+    Type(L"100", L"100");
+    EXPECT_NE(CommitCustomForm(), 0);
+    EXPECT_EQ(StoredForm(), (std::vector<LONG>{FORM_USER, 100000, 100000, 0, 0, 100000, 100000}));
+    g_measures.unit = kInches;
+    Type(L"8.27", L"11.69");
+    EXPECT_NE(CommitCustomForm(), 0);
+    // 8.27 x 254 x 100, each product in single precision, cut.
+    const volatile float width = 8.27f * 254.0f;
+    EXPECT_EQ(StoredForm()[1], static_cast<LONG>(width * 100.0f));
+    EXPECT_EQ(spooler::ReadLog().size(), 2u);
+}
+
+TEST_F(PaperForms, AreLeftAloneForAStandardPaperAndWithoutAPrinter) {
+    Type(L"20", L"20");
+    param.pDrvOptItems[0].Sel = 0;
+    EXPECT_EQ(CommitCustomForm(), 0);
+    param.pDrvOptItems[0].Sel = 99;
+    EXPECT_EQ(CommitCustomForm(), 0);
+    param.pDrvOptItems[0].Sel = 7;
+    param.hPrinter = nullptr;
+    EXPECT_EQ(CommitCustomForm(), 0);
+    param.cDrvOptItems = 0;
+    EXPECT_EQ(CommitCustomForm(), 0);
+    EXPECT_EQ(StoredForm(), kDefaultForm);
+}
+
+TEST_F(PaperForms, SayThatTheSpoolerRefused) {
+    Type(L"20", L"20");
+    spooler::FailCall(L"SetFormW", ERROR_ACCESS_DENIED);
+    EXPECT_EQ(CommitCustomForm(), 0);
+    EXPECT_EQ(StoredForm(), kDefaultForm);
+}
+
+TEST_F(PaperForms, TakeNoSizeThatTheSpoolerCannotHold) {
+    Type(std::wstring(200, L'9').c_str(), L"20");
+    CommitCustomForm();
+    EXPECT_EQ(StoredForm()[1], LONG_MAX);
+}
+
+}  // namespace
+}  // namespace kzp::test

@@ -1,0 +1,40 @@
+#include "tests/settings_page/SettingsPageTest.h"
+
+#include <cstring>
+
+#include "core/KZPPrivateDevMode.h"
+#include "pages/settings/PaperForms.h"
+#include "resources/resource.h"
+#include "tools/standins/spooler/SpoolerControl.h"
+
+namespace kzp::test {
+
+SettingsPageTest::SettingsPageTest() {
+    standins::spooler::PrinterSetUp printer;
+    printer.name = driverhost::kDefaultPrinter;
+    standins::spooler::SetUpPrinter(printer);
+    AddCustomForm(driverhost::kDefaultPrinter, kCustomFormName, 2159, 2667);
+}
+
+void SettingsPageTest::Open(const Steps& steps) {
+    options.features = std::move(tree);
+    HostedSheet host(std::move(options), shape);
+    auto* const record = reinterpret_cast<KZPPrivateDevMode*>(host.session.DevMode().PlugInPart());
+    std::memcpy(record->fMargins, margins.data(), sizeof record->fMargins);
+    if (beforeShow)
+        beforeShow(host);
+    for (const auto& step : steps)
+        host.run.Add([&host, step](driverhost::SheetUser& user) { step(host, user); });
+    host.run.Show();
+    options = {};
+    tree = driverhost::DriverTree::Standard(L"");
+}
+
+Texts SettingsPageTest::EditTexts(driverhost::SheetUser& user) {
+    Texts texts;
+    for (const int edit : {IDC_WIDTH, IDC_HEIGHT, IDC_LEFT, IDC_TOP, IDC_RIGHT, IDC_BOTTOM})
+        texts.push_back(user.Text(edit));
+    return texts;
+}
+
+}  // namespace kzp::test
