@@ -89,10 +89,10 @@ bool GetProcessBaseName(DWORD pid, wchar_t* nameOut) {
             continue;
         const UniqueKernelHandle process(
             OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid));
-        HMODULE module = nullptr;
+        HMODULE first[1] = {};  // the executable file itself
         DWORD needed = 0;
-        if (process && EnumProcessModules(process.Get(), &module, sizeof module, &needed))
-            return GetModuleBaseNameW(process.Get(), module, nameOut, MAX_PATH) != 0;
+        if (process && EnumProcessModules(process.Get(), first, sizeof first, &needed))
+            return GetModuleBaseNameW(process.Get(), first[0], nameOut, MAX_PATH) != 0;
     }
     return false;
 }
