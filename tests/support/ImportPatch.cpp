@@ -8,7 +8,9 @@ namespace kzp::test {
 
 namespace {
 
-void** FindImportSlot(HMODULE module, const char* function) {
+// Calls `visit` with the name and the slot of every function imported by name; ends when it answers true.
+template <class Visit>
+void VisitImports(HMODULE module, Visit&& visit) {
     auto* const base = reinterpret_cast<BYTE*>(module);
     const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
     const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
@@ -21,11 +23,20 @@ void** FindImportSlot(HMODULE module, const char* function) {
                 continue;
             const auto* const byName =
                 reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
-            if (std::strcmp(reinterpret_cast<const char*>(byName->Name), function) == 0)
-                return reinterpret_cast<void**>(&slot->u1.Function);
+            if (visit(reinterpret_cast<const char*>(byName->Name),
+                      reinterpret_cast<void**>(&slot->u1.Function)))
+                return;
         }
     }
-    return nullptr;
+}
+
+void** FindImportSlot(HMODULE module, const char* function) {
+    void** found = nullptr;
+    VisitImports(module, [&](const char* name, void** slot) {
+        found = std::strcmp(name, function) == 0 ? slot : nullptr;
+        return found != nullptr;
+    });
+    return found;
 }
 
 void* Exchange(void** slot, void* value) {
@@ -50,6 +61,15 @@ ImportPatch::ImportPatch(HMODULE module, const char* function, void* replacement
 ImportPatch::~ImportPatch() {
     if (m_slot)
         Exchange(m_slot, m_original);
+}
+
+std::vector<std::string> ImportedFunctions(HMODULE module) {
+    std::vector<std::string> names;
+    VisitImports(module, [&](const char* name, void**) {
+        names.push_back(name);
+        return false;
+    });
+    return names;
 }
 
 }  // namespace kzp::test

@@ -3,6 +3,9 @@
 
 #include <windows.h>
 
+#include <string>
+#include <vector>
+
 namespace kzp::test {
 
 // Only load-time imports are patched; functions of delay-loaded DLLs are not in that table. `Original` is
@@ -23,6 +26,9 @@ class ImportPatch {
     void** m_slot = nullptr;
     void* m_original = nullptr;
 };
+
+// The functions that a loaded module imports by name.
+std::vector<std::string> ImportedFunctions(HMODULE module);
 
 // For passing a function where a patch wants its address.
 template <class Function>

@@ -20,6 +20,10 @@ class ScratchRegistry {
     ScratchRegistry(const ScratchRegistry&) = delete;
     ScratchRegistry& operator=(const ScratchRegistry&) = delete;
 
+    // The parent of the two keys, "User" and "Machine", below the real HKEY_CURRENT_USER: for a process that
+    // is to share them.
+    const std::wstring& Path() const { return m_path; }
+
   private:
     std::wstring m_path;
 };

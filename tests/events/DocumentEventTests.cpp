@@ -1,0 +1,321 @@
+// What the plug-in does with the events of a document: seen from the driver, the registry and the process
+// list.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "driverkit/printoem.h"
+#include "support/RegistryKey.h"
+#include "tests/events/PrintingMachine.h"
+#include "tests/support/Counters.h"
+#include "tests/support/ImportPatch.h"
+#include "tests/support/MessageBoxes.h"
+#include "tools/driverhost/Text.h"
+#include "tools/standins/companions/Companions.h"
+
+namespace kzp::test {
+
+namespace {
+
+// --- the filter and the events on which nothing is done
+
+struct Filter {
+    DOCEVENT_FILTER head;
+    DWORD more[5];
+};
+
+TEST(EventFilter, AsksForThreeEventsAndLeavesTheRestAlone) {
+    PrintingMachine machine;
+    for (const UINT room : {3u, 6u}) {
+        Filter filter;
+        std::memset(&filter, 0xEE, sizeof filter);
+        filter.head.cElementsAllocated = room;
+        EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.Send(DOCUMENTEVENT_QUERYFILTER, &filter));
+        EXPECT_EQ(3u, filter.head.cElementsReturned);
+        EXPECT_EQ(0xEEEEEEEE, filter.head.cElementsNeeded);
+        const DWORD* const events = filter.head.aDocEventCall;
+        EXPECT_EQ(13u, events[0]);
+        EXPECT_EQ(12u, events[1]);
+        EXPECT_EQ(5u, events[2]);
+        EXPECT_EQ(0xEEEEEEEE, events[3]);
+    }
+}
+
+TEST(EventFilter, IsUnsupportedWithoutRoom) {
+    PrintingMachine machine;
+    for (const UINT room : {0u, 1u, 2u}) {
+        Filter filter, before;
+        std::memset(&filter, 0xEE, sizeof filter);
+        filter.head.cElementsAllocated = room;
+        before = filter;
+        EXPECT_EQ(DOCUMENTEVENT_UNSUPPORTED, machine.Send(DOCUMENTEVENT_QUERYFILTER, &filter));
+        EXPECT_EQ(0, std::memcmp(&before, &filter, sizeof filter)) << room;
+    }
+    EXPECT_EQ(DOCUMENTEVENT_UNSUPPORTED, machine.Send(DOCUMENTEVENT_QUERYFILTER, nullptr));
+}
+
+int g_calls = 0;
+
+// Stands in for every import: the caller cleans up, whatever it passed.
+INT_PTR CountCall() {
+    ++g_calls;
+    return 0;
+}
+
+TEST(OtherEvents, SucceedWithoutCallingAnything) {
+    PrintingMachine machine;
+    Filter filter = {};
+    filter.head.cElementsAllocated = 3;
+    g_calls = 0;
+    {
+        std::vector<std::unique_ptr<ImportPatch>> patches;
+        for (const std::string& function : ImportedFunctions(machine.PlugInModule()))
+            patches.push_back(std::make_unique<ImportPatch>(machine.PlugInModule(), function.c_str(),
+                                                            AddressOf(CountCall)));
+        EXPECT_GT(patches.size(), 50u);
+        for (INT event = -1; event <= 20; ++event) {
+            if (event == DOCUMENTEVENT_STARTDOC)
+                continue;
+            EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.Send(event, &filter)) << event;
+        }
+    }
+    EXPECT_EQ(0, g_calls);
+    EXPECT_FALSE(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"ID"));
+}
+
+TEST(OtherEvents, NeedNoPlaceForTheResult) {
+    PrintingMachine machine;
+    machine.SetQueueAttributes(PRINTER_ATTRIBUTE_DIRECT);
+    for (const INT event : {DOCUMENTEVENT_QUERYFILTER, DOCUMENTEVENT_STARTDOC, DOCUMENTEVENT_ENDDOCPOST})
+        EXPECT_EQ(S_OK,
+                  machine.Object()->DocumentEvent(nullptr, nullptr, event, 0, nullptr, 0, nullptr, nullptr));
+}
+
+// --- the start of a document
+
+DWORD Stored(const wchar_t* name) {
+    const auto value = ReadValue(HKEY_CURRENT_USER, kSettingsKey, name);
+    EXPECT_TRUE(value && value->type == REG_DWORD && value->bytes.size() == 4);
+    return value ? value->Dword() : ~0u;
+}
+
+TEST(StartOfDocument, RecordsWhoPrintsAndStartsBothCompanions) {
+    PrintingMachine machine;
+    machine.InstallViewer();
+    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
+    DWORD session = 0;
+    ASSERT_TRUE(ProcessIdToSessionId(GetCurrentProcessId(), &session));
+    EXPECT_EQ(session, Stored(L"SessionId"));
+    EXPECT_EQ(GetCurrentProcessId(), Stored(L"ID"));
+    EXPECT_EQ("1 1", machine.Running());
+    for (const wchar_t* const name : {kInteraction, kLauncher}) {
+        ASSERT_TRUE(standins::WaitReady(name));
+        const std::wstring path = machine.Folder() + L"\\" + name;
+        EXPECT_EQ(std::vector<std::wstring>{L"\"" + path + L"\""}, standins::Starts(path)) << "no arguments";
+    }
+    // A second document finds them running.
+    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
+    EXPECT_EQ("1 1", machine.Running());
+}
+
+TEST(StartOfDocument, StartsNothingForAQueueThatIsNotSpooled) {
+    PrintingMachine machine;
+    machine.InstallViewer();
+    machine.SetQueueAttributes(PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_DIRECT);
+    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, kQueueKey);
+    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
+    EXPECT_EQ(GetCurrentProcessId(), Stored(L"ID"));
+    EXPECT_EQ("0 0", machine.Running());
+}
+
+TEST(StartOfDocument, LeavesARunningCompanionAlone) {
+    PrintingMachine machine;
+    machine.InstallViewer();
+    for (const bool visible : {true, false}) {
+        machine.Run(kInteraction, visible);
+        machine.StartDocument();
+        EXPECT_EQ("1 1", machine.Running()) << visible;
+        machine.EndCompanions();
+    }
+    machine.Run(kLauncher, false);
+    machine.StartDocument();
+    EXPECT_EQ("1 1", machine.Running());
+}
+
+TEST(StartOfDocument, TakesBeginningsOfYesForAYes) {
+    PrintingMachine machine;
+    machine.InstallViewer();
+    const struct {
+        const wchar_t* option;
+        bool launches;
+    } cases[] = {{L"YES", true}, {L"yes", true}, {L"Ye", true},    {L"y", true},  {L"", true},
+                 {L"NO", false}, {L"n", false},  {L"YESS", false}, {L"0", false}, {L" YES", false}};
+    for (const auto& test : cases) {
+        machine.SetViewerOption(test.option);
+        machine.StartDocument();
+        EXPECT_EQ(test.launches ? "1 1" : "1 0", machine.Running()) << driverhost::Utf8(test.option);
+        machine.EndCompanions();
+    }
+    // A missing option is created empty, which is a yes.
+    RegDeleteKeyW(HKEY_CURRENT_USER, kSettingsKey);
+    machine.StartDocument();
+    EXPECT_EQ("1 1", machine.Running());
+    EXPECT_TRUE(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView"));
+}
+
+TEST(StartOfDocument, NeedsTheViewerItself) {
+    PrintingMachine machine;
+    machine.StartDocument();
+    EXPECT_EQ("1 0", machine.Running()) << "no location stored";
+    machine.SetViewerLocation(machine.Folder() + L"\\");
+    machine.StartDocument();
+    EXPECT_EQ("1 0", machine.Running()) << "no program there";
+    machine.InstallViewer();
+    machine.SetViewerLocation(machine.Folder());
+    machine.StartDocument();
+    EXPECT_EQ("1 0", machine.Running()) << "no closing backslash";
+    machine.SetViewerLocation(std::wstring(130, L'x'));
+    machine.StartDocument();
+    EXPECT_EQ("1 0", machine.Running()) << "longer than is read";
+    machine.InstallViewer();
+    machine.StartDocument();
+    EXPECT_EQ("1 1", machine.Running());
+}
+
+TEST(StartOfDocument, FindsTheCompanionsBesideTheHelpFile) {
+    PrintingMachine machine;
+    const std::wstring folder = machine.Folder() + L"\\";
+    const auto ofLength = [&](size_t length) { return folder + std::wstring(length - folder.size(), L'h'); };
+    const struct {
+        const char* what;
+        std::wstring path;
+        const char* running;
+    } cases[] = {{"a path as long as is read", ofLength(129), "1 0"},
+                 {"one character more", ofLength(130), "0 0"},
+                 {"far longer than any buffer", ofLength(2000), "0 0"},
+                 {"the folder alone", folder, "1 0"},
+                 {"an empty path", L"", "0 0"}};
+    for (const auto& test : cases) {
+        machine.SetHelpPath(test.path);
+        EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
+        EXPECT_EQ(test.running, machine.Running()) << test.what;
+        machine.EndCompanions();
+    }
+    // Bytes of a binary value, not terminated and with half a character at the end.
+    WriteValue(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", REG_BINARY, ofLength(129).data(), 259);
+    machine.StartDocument();
+    EXPECT_EQ("1 0", machine.Running());
+}
+
+TEST(StartOfDocument, StartsAPathWithoutAFolderAsItStands) {
+    PrintingMachine machine;
+    const std::wstring name = L"bare-companion.exe";
+    machine.Install(name);
+    wchar_t before[MAX_PATH] = {};
+    GetCurrentDirectoryW(MAX_PATH, before);
+    SetCurrentDirectoryW(machine.Folder().c_str());
+    machine.SetHelpPath(name);
+    machine.StartDocument();
+    EXPECT_EQ(1u, CountProcesses(name.c_str()));
+    EXPECT_EQ("0 0", machine.Running());
+    SetCurrentDirectoryW(before);
+}
+
+TEST(StartOfDocument, GoesOnWhenACompanionIsGone) {
+    PrintingMachine machine;
+    machine.InstallViewer();
+    DeleteFileW((machine.Folder() + L"\\" + kInteraction).c_str());
+    const MessageBoxes boxes;
+    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
+    EXPECT_EQ(1u, boxes.Caught().size()) << "the shell's own message";
+    EXPECT_EQ("0 1", machine.Running());
+}
+
+TEST(StartOfDocument, GoesOnWithoutSettings) {
+    PrintingMachine machine;
+    machine.InstallViewer();
+    // No lasting key can be made below a volatile one: neither value is stored and the option cannot be read.
+    HKEY volatileKey = nullptr;
+    RegCreateKeyExW(HKEY_CURRENT_USER, L"Volatile", 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr,
+                    &volatileKey, nullptr);
+    RegOverridePredefKey(HKEY_CURRENT_USER, volatileKey);
+    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
+    EXPECT_FALSE(KeyExists(HKEY_CURRENT_USER, kSettingsKey));
+    EXPECT_EQ("1 0", machine.Running());
+    RegCloseKey(volatileKey);
+}
+
+// --- the process that prints
+
+// The Windows version that Wine reports to programs of that name, while the object lives.
+class ReportedVersion {
+  public:
+    ReportedVersion(const wchar_t* program, const wchar_t* version) {
+        // The real hive, whatever HKEY_CURRENT_USER is redirected to.
+        RegOpenCurrentUser(KEY_ALL_ACCESS, m_user.Put());
+        m_path = std::wstring(L"Software\\Wine\\AppDefaults\\") + program;
+        WriteText(m_user.Get(), m_path.c_str(), L"Version", version);
+    }
+    ~ReportedVersion() { RegDeleteKeyW(m_user.Get(), m_path.c_str()); }
+    ReportedVersion(const ReportedVersion&) = delete;
+    ReportedVersion& operator=(const ReportedVersion&) = delete;
+
+  private:
+    UniqueHandle<RegistryKeyTraits> m_user;
+    std::wstring m_path;
+};
+
+TEST(PrintingProcess, IsNamedUnlessItPrintsForAnother) {
+    PrintingMachine machine;
+    const struct {
+        const wchar_t* process;
+        bool isApplication;
+    } cases[] = {{L"drawing.exe", true},     {L"SPOOLSV.EXE", false},  {L"spoolsv.exe", false},
+                 {L"splwow64.exe", false},   {L"SplWoW64.EXE", false}, {L"myspoolsv.exe", true},
+                 {L"splwow64.exe.exe", true}};
+    for (const auto& test : cases) {
+        const DWORD pid = machine.PrintIn(test.process);
+        EXPECT_EQ(test.isApplication ? pid : 0u, Stored(L"ID")) << driverhost::Utf8(test.process);
+        EXPECT_EQ("1 0", machine.Running()) << "whoever prints, the companion asks";
+    }
+}
+
+TEST(PrintingProcess, StartsNothingBeforeMajorVersion6) {
+    PrintingMachine machine;
+    machine.InstallViewer();
+    const ReportedVersion version5(L"drawing5.exe", L"winxp"), version6(L"drawing6.exe", L"vista");
+    const DWORD onVersion5 = machine.PrintIn(L"drawing5.exe");
+    EXPECT_EQ(onVersion5, Stored(L"ID"));
+    EXPECT_EQ("0 0", machine.Running());
+    const DWORD onVersion6 = machine.PrintIn(L"drawing6.exe");
+    EXPECT_EQ(onVersion6, Stored(L"ID"));
+    EXPECT_EQ("1 1", machine.Running());
+}
+
+TEST(StartOfDocument, LeaksNoHandle) {
+    PrintingMachine machine;
+    machine.InstallViewer();
+    const auto lifeOfCompanions = [&] {
+        machine.StartDocument();
+        machine.EndCompanions();
+    };
+    lifeOfCompanions();  // the shell keeps some for itself at its first start
+    const size_t before = CountHandles();
+    for (int i = 0; i < 10; ++i)
+        lifeOfCompanions();
+    for (int i = 0; i < 1000; ++i) {
+        if (i == 100)
+            machine.SetViewerOption(L"NO");  // which spares the rest half of the time
+        machine.StartDocument();
+    }
+    EXPECT_EQ(before, CountHandles());
+}
+
+}  // namespace
+
+}  // namespace kzp::test
