@@ -46,10 +46,12 @@ DWORD ApplicationId(DWORD pid) {
     return pid;
 }
 
-// The beginnings of "YES" count as well as the word, the empty text included; this is kept.
+// The beginnings of "YES" count as well as the word, the empty text included; this is kept. A user for whom nothing
+// was stored yet is shown nothing, though the read leaves the empty text behind.
 bool UserWantsViewer() {
     std::wstring choice;
-    return ReadStringSetting(kLaunchView, choice) == 1 && IsPrefixOfYes(choice);
+    bool existed = false;
+    return ReadStringSetting(kLaunchView, choice, &existed) == 1 && existed && IsPrefixOfYes(choice);
 }
 
 void OnStartDocument() {

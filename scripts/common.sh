@@ -110,7 +110,7 @@ start_wine() {
     # Services start here, away from the pipes of whoever reads our output.
     timeout 120 wineboot >/dev/null 2>&1 9>&- </dev/null || fail "Wine did not start"
     if [ -f build/tests/bin/keepdesktop.exe ]; then
-        wine build/tests/bin/keepdesktop.exe >/dev/null 2>&1 9>&- </dev/null &
+        timeout 120 wine build/tests/bin/keepdesktop.exe >/dev/null 2>&1 9>&- </dev/null || fail "Wine's desktop did not start"
     fi
 }
 

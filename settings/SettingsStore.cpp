@@ -39,8 +39,10 @@ int ReadOrCreate(const std::wstring& name, DWORD type, DWORD defaultBytes, Query
 
 }  // namespace
 
-int ReadStringSetting(const std::wstring& name, std::wstring& out) {
+int ReadStringSetting(const std::wstring& name, std::wstring& out, bool* existed) {
     out.clear();
+    if (existed)
+        *existed = false;
     if (!IsValidName(name))
         return 0;
     std::vector<wchar_t> text(kStringBufferCharacters);
@@ -51,8 +53,11 @@ int ReadStringSetting(const std::wstring& name, std::wstring& out) {
             const LSTATUS status = key.Query(name.c_str(), text.data(), &bytes);
             // Stored texts need not be terminated; the last character always is the terminator here.
             text.back() = L'\0';
-            if (status == ERROR_SUCCESS)
+            if (status == ERROR_SUCCESS) {
                 out = text.data();
+                if (existed)
+                    *existed = true;
+            }
             return status;
         },
         [&] { out.clear(); });

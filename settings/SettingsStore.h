@@ -27,7 +27,8 @@ inline constexpr wchar_t kInstallDir[] = L"InstallDir";  // REG_SZ, read from th
 
 // `out` holds the text up to its first NUL, at most 1023 characters; a longer stored text counts as
 // unreadable.
-int ReadStringSetting(const std::wstring& name, std::wstring& out);
+// `existed`, when wanted, tells whether a readable text was stored before.
+int ReadStringSetting(const std::wstring& name, std::wstring& out, bool* existed = nullptr);
 
 // `out` is 0 before any attempt and stays 0 when the value was missing.
 int ReadDwordSetting(const std::wstring& name, DWORD& out);

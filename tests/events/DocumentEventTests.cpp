@@ -161,11 +161,13 @@ TEST(StartOfDocument, TakesBeginningsOfYesForAYes) {
         EXPECT_EQ(test.launches ? "1 1" : "1 0", machine.Running()) << driverhost::Utf8(test.option);
         machine.EndCompanions();
     }
-    // A missing option is created empty, which is a yes.
+    // A missing option is created empty, which is a yes from the next document on.
     RegDeleteKeyW(HKEY_CURRENT_USER, kSettingsKey);
     machine.StartDocument();
-    EXPECT_EQ("1 1", machine.Running());
+    EXPECT_EQ("1 0", machine.Running());
     EXPECT_TRUE(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView"));
+    machine.StartDocument();
+    EXPECT_EQ("1 1", machine.Running());
 }
 
 TEST(StartOfDocument, NeedsTheViewerItself) {
