@@ -27,8 +27,8 @@ void ForEachMovingControl(HWND page, Use&& use) {
     }
 }
 
-// Hiding takes the keyboard focus away from whoever selects a paper with the arrow keys; it is given back. A
-// page that is not on the screen yet has nothing to paint anew.
+// Hiding may take the keyboard focus away from whoever selects a paper with the arrow keys (Wine leaves it);
+// it is given back. A page that is not on the screen yet has nothing to paint anew.
 void Repaint(HWND page) {
     if (!IsWindowVisible(page))
         return;

@@ -82,20 +82,6 @@ TEST_F(Paper, OpensWithTheRowHiddenAndBringsItBack) {
     }});
 }
 
-// Repainting hides the page for a moment, which takes the focus away from whoever uses the arrow keys.
-TEST_F(Paper, TheListKeepsTheFocus) {
-    ChooseCustomPaper();
-    Open({[](HostedSheet&, SheetUser& user) {
-        const HWND list = user.Find(IDC_PAPER);
-        SetFocus(list);
-        for (const auto& [key, rowVisible] : {std::pair{VK_UP, false}, {VK_DOWN, true}}) {
-            SendMessageW(list, WM_KEYDOWN, static_cast<WPARAM>(key), 0);
-            EXPECT_EQ(user.Visible(IDC_WIDTH), rowVisible);
-            EXPECT_EQ(GetFocus(), list);
-        }
-    }});
-}
-
 TEST_F(Paper, GoesToTheDriverByPosition) {
     Open({[](HostedSheet& host, SheetUser& user) {
         host.session.Helper().Announcements().clear();
