@@ -45,7 +45,7 @@ bool LeavePage(bool initialising) {
         return true;
     if (SizesValid())
         return true;
-    // A refused apply on such a sheet has brought the page back already; once, the message would be repeated.
+    // There a refused apply has the page lose the front once more; the user has just read the message.
     if (g_sheet.ApplyRefused && (AskTabs(TCM_GETITEMCOUNT) > kUsualTabs || IsWindowsXP()))
         g_sheet.ApplyRefused = false;
     else

@@ -107,18 +107,5 @@ TEST_F(Opening, TakesOnlyTypeOneAsKzp) {
     }
 }
 
-// The first visit to a page is what creates it, and only pages that exist are asked when OK is pressed.
-TEST_F(Opening, VisitsEveryTabOnceAndEndsWhereItStarted) {
-    for (const bool extraPage : {false, true}) {
-        shape.extraFirstPage = extraPage;
-        Open({[extraPage](HostedSheet& host, SheetUser&) {
-            EXPECT_EQ(host.sheet.CurrentPage(), extraPage ? 2 : 1);
-            for (int page = 0; page < host.sheet.PageCount(); ++page)
-                EXPECT_NE(host.sheet.PageWindow(page), nullptr) << page;
-            EXPECT_TRUE(host.run.Boxes().empty());
-        }});
-    }
-}
-
 }  // namespace
 }  // namespace kzp::test

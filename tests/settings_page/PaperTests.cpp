@@ -71,17 +71,6 @@ TEST_F(Paper, StandardSizesHideTheRowAndAllBelowMovesUpByIt) {
     });
 }
 
-TEST_F(Paper, OpensWithTheRowHiddenAndBringsItBack) {
-    Open({[](HostedSheet& host, SheetUser& user) {
-        ExpectRow(user, false);
-        const int hidden = PlaceOf(user, IDC_HELP_SETTINGS).top - PlaceOf(user, IDC_OUTPUT_KZP).top;
-        EXPECT_EQ(PlaceOf(user, IDC_MARGIN_LABEL).top, PlaceOf(user, IDC_WIDTH_LABEL).top);
-        user.Select(IDC_PAPER, host.plugIn.ResourceText(IDS_CUSTOM_PAPER));
-        ExpectRow(user, true);
-        EXPECT_LT(PlaceOf(user, IDC_HELP_SETTINGS).top - PlaceOf(user, IDC_OUTPUT_KZP).top, hidden);
-    }});
-}
-
 TEST_F(Paper, GoesToTheDriverByPosition) {
     Open({[](HostedSheet& host, SheetUser& user) {
         host.session.Helper().Announcements().clear();

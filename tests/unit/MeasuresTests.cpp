@@ -89,14 +89,6 @@ TEST_F(CustomSize, TurnsWithTheOrientation) {
     EXPECT_FALSE(CustomSizeValid());
 }
 
-TEST_F(StandardForm, TurnsWithTheOrientation) {
-    SetForm(8.5f, 11);
-    SetMargins(9, 0, 0, 0);
-    EXPECT_FALSE(StandardFormValid());
-    g_measures.orientation = 0;
-    EXPECT_TRUE(StandardFormValid());
-}
-
 TEST_F(StandardForm, CountsInWholeMillimetres) {
     SetForm(8.2677f, 11.6929f);  // 210.0 x 297.0
     g_measures.unit = kMillimeters;
@@ -140,27 +132,6 @@ TEST_F(Commit, WritesTheTextsAsMillimetresAndLeavesThemTyped) {
     CommitMargins();
     ASSERT_TRUE(ReadRecordMargins(written));
     EXPECT_EQ(written[kLeft], 0.5f);
-}
-
-TEST_F(Commit, KeepsTheRecordsMarginsThatWereNeverShown) {
-    KZPPrivateDevMode record = {};
-    const float stored[kMargins] = {12.7f, 25.4f, 6.35f, 0};
-    std::memcpy(record.fMargins, stored, sizeof stored);
-    OEMCUIPPARAM param = {};
-    param.pOEMDM = &record;
-    g_sheet.CurrentUIParam = &param;
-    for (const DWORD unit : {kInches, kMillimeters}) {
-        g_measures.unit = unit;
-        TakeRecordMargins();
-        CommitMargins();
-        float written[kMargins];
-        ASSERT_TRUE(ReadRecordMargins(written));
-        for (int margin = 0; margin < kMargins; ++margin)
-            EXPECT_NEAR(written[margin], stored[margin], 0.001f);
-    }
-    param.pOEMDM = nullptr;
-    TakeRecordMargins();
-    EXPECT_EQ(CommitMargins(), 1) << "without a record there is nothing to write";
 }
 
 }  // namespace

