@@ -108,9 +108,11 @@ void StepDown(HWND page, int controlId, unsigned minimum) {
 }
 
 int EditOfSpinButton(UINT_PTR spinId) {
-    const auto edit =
-        std::ranges::find_if(kEdits, [&](const auto& e) { return static_cast<UINT_PTR>(e.spin) == spinId; });
-    return edit == std::end(kEdits) ? 0 : edit->control;
+    for (const NumericEdit& edit : kEdits) {
+        if (static_cast<UINT_PTR>(edit.spin) == spinId)
+            return edit.control;
+    }
+    return 0;
 }
 
 void ConvertUnits(HWND page, DWORD newUnit) {
