@@ -15,6 +15,7 @@ namespace {
 
 constexpr UINT kTickMilliseconds = 20;
 constexpr int kRestingTicks = 3;
+constexpr int kBrowserAttempts = 10;
 constexpr int kBoxText = 0xFFFF;  // the platform's id for a message box's text
 
 thread_local SheetRun* t_run = nullptr;
@@ -31,18 +32,19 @@ std::wstring TextOf(HWND window) {
     return text;
 }
 
-bool HasDescendant(HWND window, PCWSTR windowClass) {
+HWND FindDescendant(HWND window, PCWSTR windowClass) {
     struct Search {
         PCWSTR name;
-        bool found;
-    } search = {windowClass, false};
+        HWND found;
+    } search = {windowClass, nullptr};
     EnumChildWindows(
         window,
         [](HWND child, LPARAM parameter) -> BOOL {
             auto& wanted = *reinterpret_cast<Search*>(parameter);
             wchar_t name[64] = {};
             GetClassNameW(child, name, 64);
-            wanted.found = wcscmp(name, wanted.name) == 0;
+            if (wcscmp(name, wanted.name) == 0)
+                wanted.found = child;
             return !wanted.found;
         },
         reinterpret_cast<LPARAM>(&search));
@@ -152,7 +154,7 @@ bool SheetRun::AnswerDialogs() {
         m_answered.push_back(dialog);
         if (onBox)
             onBox(dialog);
-        if (HasDescendant(dialog, WC_TREEVIEWW))
+        if (FindDescendant(dialog, WC_TREEVIEWW))
             AnswerBrowser(dialog);
         else
             AnswerBox(dialog);
@@ -176,6 +178,18 @@ void SheetRun::AnswerBox(HWND box) {
     PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
 }
 
+// The browser fills its tree while it looks for the folder; the first time it may come too early and select
+// nothing.
+bool SheetRun::SelectInBrowser(HWND browser, const std::wstring& folder) {
+    const HWND tree = FindDescendant(browser, WC_TREEVIEWW);
+    for (int attempt = 0; attempt < kBrowserAttempts; ++attempt) {
+        SendMessageW(browser, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(folder.c_str()));
+        if (SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CARET, 0) != 0)
+            return true;
+    }
+    return false;
+}
+
 void SheetRun::AnswerBrowser(HWND browser) {
     std::wstring folder;
     if (!m_folders.empty()) {
@@ -183,8 +197,8 @@ void SheetRun::AnswerBrowser(HWND browser) {
         m_folders.pop_front();
     }
     m_sheet.Note(folder.empty() ? std::wstring(L"folder browser: cancelled") : L"folder browser: " + folder);
-    if (!folder.empty())
-        SendMessageW(browser, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(folder.c_str()));
+    if (!folder.empty() && !SelectInBrowser(browser, folder))
+        m_error = HostError{L"the folder browser does not find " + folder};
     PostMessageW(browser, WM_COMMAND, folder.empty() ? IDCANCEL : IDOK, 0);
 }
 

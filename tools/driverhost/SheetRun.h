@@ -51,6 +51,7 @@ class SheetRun {
     bool AnswerDialogs();
     void AnswerBox(HWND box);
     void AnswerBrowser(HWND browser);
+    static bool SelectInBrowser(HWND browser, const std::wstring& folder);
     bool Settled();
     void RunNextStep();
 
