@@ -40,7 +40,11 @@ const std::vector<Script::Command>& Script::Commands() {
     return commands;
 }
 
-Script::Script(SheetRun& run, std::wstring outFolder) : m_run(run), m_outFolder(std::move(outFolder)) {
+// The output page changes the process's current folder; pictures go where they were meant to go at the start.
+Script::Script(SheetRun& run, const std::wstring& outFolder) : m_run(run) {
+    wchar_t path[MAX_PATH] = {};
+    const DWORD length = GetFullPathNameW(outFolder.c_str(), MAX_PATH, path, nullptr);
+    m_outFolder = length > 0 && length < MAX_PATH ? path : outFolder;
     m_run.onBox = [this](HWND box) {
         if (m_boxShots.empty())
             return;

@@ -13,7 +13,7 @@ namespace driverhost {
 class Script {
   public:
     // Pictures go to `outFolder`, which is created when the first one is saved.
-    Script(SheetRun& run, std::wstring outFolder);
+    Script(SheetRun& run, const std::wstring& outFolder);
 
     // HostError for an unknown command or a wrong number of arguments. Empty lines and lines that begin with
     // "#" say nothing.
