@@ -144,10 +144,9 @@ void CAdvancedDlg::FillFontList() {
     m_fonts.Add(InstalledFontFamilies(device));
     ReleaseDC(m_fonts.Window(), device);
 
-    std::vector<std::wstring> listed;
-    const int count = m_fonts.Count();
-    for (int index = 0; index < count; ++index)
-        listed.push_back(m_fonts.Text(index));
+    std::vector<std::wstring> listed(static_cast<size_t>(m_fonts.Count()));
+    for (size_t index = 0; index < listed.size(); ++index)
+        listed[index] = m_fonts.Text(static_cast<int>(index));
     const std::vector<FontRecord> stored = ReadFontList(listed.size());
 
     // The choice is made as if the user had clicked it: the driver's item and the Apply button follow already

@@ -1,6 +1,6 @@
 #include "pages/output/OutputLocationPage.h"
 
-#include <wchar.h>
+#include <cwchar>
 
 #include "core/DebugTrace.h"
 #include "help/Help.h"
