@@ -17,6 +17,7 @@
 #include "installer/SpoolerService.h"
 #include "resources/resource.h"
 #include "support/RegistryKey.h"
+#include "support/SystemLibrary.h"
 #include "support/UniqueHandle.h"
 
 namespace kzp {
@@ -61,12 +62,9 @@ bool ReadInfPath(MSIHANDLE hInstall, std::wstring& infPath) {
 // Ports that stand already are as good as new ones, so nothing is checked.
 void AddPorts() {
     using AddPort = BOOL(WINAPI*)(LPWSTR server, DWORD level, LPBYTE record, LPWSTR monitor);
-    const UniqueModule spooler(LoadLibraryW(L"winspool.drv"));
-    if (!spooler)
-        return;
+    const UniqueModule spooler = LoadSystemLibrary(L"winspool.drv");
     // In no import library: the spooler exports it for set-up programs that ask by name.
-    const auto addPort =
-        reinterpret_cast<AddPort>(reinterpret_cast<void*>(GetProcAddress(spooler.Get(), "AddPortExW")));
+    const auto addPort = FindFunction<AddPort>(spooler, "AddPortExW");
     if (!addPort)
         return;
     for (const wchar_t* const name : {kMainPortName, kSecondPortName}) {

@@ -1,12 +1,12 @@
 #include "installer/PrinterSetup.h"
 
+#include "support/SystemLibrary.h"
+
 namespace kzp {
 
-PrinterSetup::PrinterSetup() : m_module(LoadLibraryW(L"printui.dll")) {
-    if (m_module)
-        m_entry =
-            reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(m_module.Get(), "PrintUIEntryW")));
-}
+PrinterSetup::PrinterSetup()
+    : m_library(LoadSystemLibrary(L"printui.dll")),
+      m_entry(FindFunction<Entry>(m_library, "PrintUIEntryW")) {}
 
 void PrinterSetup::Run(std::wstring commandLine) const {
     if (m_entry)

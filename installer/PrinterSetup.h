@@ -22,8 +22,8 @@ class PrinterSetup {
   private:
     using Entry = DWORD(WINAPI*)(HWND owner, HINSTANCE instance, LPWSTR commandLine, DWORD show);
 
-    UniqueModule m_module;
-    Entry m_entry = nullptr;
+    UniqueModule m_library;
+    Entry m_entry;
 };
 
 }  // namespace kzp

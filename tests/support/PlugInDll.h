@@ -17,6 +17,11 @@ class PlugInDll {
 
     HMODULE Module() const { return m_module; }
 
+    template <class Function>
+    Function Export(const char* name) const {
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(m_module, name)));
+    }
+
     HRESULT GetClassObject(REFCLSID classId, REFIID interfaceId, void** object) const;
     HRESULT CanUnloadNow() const;
 
@@ -24,11 +29,6 @@ class PlugInDll {
     IPrintOemUI2* Create() const;
 
   private:
-    template <class Function>
-    Function Export(const char* name) const {
-        return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(m_module, name)));
-    }
-
     HMODULE m_module;
 };
 

@@ -1,0 +1,237 @@
+// The action "Install", called as the installer calls it.
+#include "resources/resource.h"
+#include "tests/installer/ActionTest.h"
+
+namespace kzp::test {
+namespace {
+
+using namespace standins;
+
+constexpr wchar_t kPrinterKey[] = L"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Brimlake KZP Writer";
+constexpr wchar_t kDirectoryKey[] =
+    L"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Brimlake KZP Writer\\DsSpooler";
+
+const Lines kWholeLog = {L"INFO: Printer Spooler service is restarted",
+                         L"INFO: Sucessfully created Port Monitor in function AddMonitor.\n"};
+
+std::wstring SetUpCommand(const std::wstring& inf) {
+    return L"/if /z /r \"Brimlake KZP Writer Port\" /b \"Brimlake KZP Writer\" /m \"Brimlake KZP Writer\" "
+           L"/h \"Intel\" /v \"Windows 2000\" /f \"" +
+           inf + L"\"";
+}
+
+struct Install : ActionTest {
+    Install() {
+        WriteFileText(m_inf, "[Version]\n");
+        m_session.SetActionData(m_inf + L";C:\\Other");
+    }
+
+    std::wstring m_inf = m_folder.File(L"kzp.inf");
+};
+
+TEST_F(Install, SetsUpEverythingInItsOrder) {
+    DWORD attributesAtStart = 0;
+    m_services.atStart = [&] {
+        attributesAtStart = ReadValue(HKEY_LOCAL_MACHINE, kPrinterKey, L"Attributes").value().Dword();
+    };
+    spooler::StartLog();
+    EXPECT_EQ(0u, Run("Install"));
+    EXPECT_EQ(InstalledMachine(), DescribeMachine());
+    EXPECT_EQ(kWholeLog, m_session.Lines());
+    EXPECT_TRUE(m_boxes.Caught().empty());
+    EXPECT_EQ(Lines{SetUpCommand(m_inf)}, printui::Commands());
+    EXPECT_EQ((Lines{L"AddPortExW Brimlake KZP Writer Port", L"AddPortExW KZP:",
+                     L"AddPrinterDriverExW Brimlake KZP Writer", L"AddPrinterW Brimlake KZP Writer",
+                     L"AddFormW User Defined", L"AddMonitorW Brimlake KZP Writer Port", L"SetPrinterW 2"}),
+              spooler::ReadLog());
+    EXPECT_EQ((Lines{L"open manager for everything", L"open Spooler for everything", L"stop", L"wait 2000",
+                     L"start", L"look", L"close service", L"close manager"}),
+              m_services.events);
+    EXPECT_EQ(0x42u, attributesAtStart) << "the values are there before the spooler reads them";
+}
+
+TEST_F(Install, RepeatedKeepsWhatStandsAndShowsThatTheMonitorDoes) {
+    ASSERT_EQ(0u, Run("Install"));
+    WriteText(HKEY_CURRENT_USER, kSettingsKey, L"Publish Directory", L"D:\\Out");
+    WriteDword(HKEY_CURRENT_USER, kSettingsKey, L"Enable ASCII", 1);
+    WriteText(HKEY_LOCAL_MACHINE, kPrinterKey, L"Port", L"KZP:");
+    EXPECT_EQ(0u, Run("Install"));
+
+    Lines expected = InstalledMachine();
+    expected[6] = L"Publish Directory = D:\\Out (type 1, 14 bytes)";
+    expected[7] = L"Enable ASCII = 0x1 (type 4, 4 bytes)";
+    EXPECT_EQ(expected, DescribeMachine());
+    ASSERT_EQ(1u, m_boxes.Caught().size());
+    EXPECT_EQ(Text(IDS_INSTALL_ERROR_CAPTION), m_boxes.Caught()[0].caption);
+    EXPECT_EQ(Text(IDS_MONITOR_FAILED), m_boxes.Caught()[0].text);
+    EXPECT_EQ(nullptr, m_boxes.Caught()[0].owner);
+    EXPECT_EQ(L"ERROR: Failed to create monitor in function AddMonitor. The Error code is: 3006\n",
+              m_session.Lines().back());
+}
+
+TEST_F(Install, TakesTheFirstFieldOfItsDataAsInfPath) {
+    const std::wstring longest = L"C:\\" + std::wstring(256, L'd');
+    const struct {
+        std::wstring data, inf;
+    } cases[] = {{L"C:\\Drv\\kzp.inf;C:\\Other", L"C:\\Drv\\kzp.inf"},
+                 {L"C:\\Drv\\my kzp.inf", L"C:\\Drv\\my kzp.inf"},
+                 {L"C:\\a.inf;b;c", L"C:\\a.inf"},
+                 {L";C:\\Other", L""},
+                 {longest, longest}};
+    for (const auto& [data, inf] : cases) {
+        m_session.SetActionData(data);
+        printui::ForgetCommands();
+        EXPECT_EQ(0u, Run("Install"));
+        EXPECT_EQ(Lines{SetUpCommand(inf)}, printui::Commands());
+    }
+}
+
+TEST_F(Install, RefusesDataThatDoNotFitAndTouchesNothing) {
+    spooler::StartLog();
+    for (const size_t length : {260u, 300u}) {
+        m_session.SetActionData(std::wstring(length, L'd'));
+        EXPECT_EQ(static_cast<UINT>(ERROR_UNKNOWN_PROPERTY), Run("Install")) << length;
+    }
+    EXPECT_EQ(Lines{}, DescribeMachine());
+    EXPECT_EQ(Lines{}, spooler::ReadLog());
+    EXPECT_EQ(Lines{}, printui::Commands());
+    EXPECT_EQ(Lines{}, m_services.events);
+    EXPECT_EQ(Lines{}, m_session.Lines());
+}
+
+TEST_F(Install, MarksAnExistingPrinterForDirectPrinting) {
+    const struct {
+        DWORD type, stored, result;
+    } cases[] = {{REG_DWORD, 0x240, 0x242}, {REG_DWORD, 0x2, 0x2}, {REG_BINARY, 0x240, 0x2}};
+    for (const auto& [type, stored, result] : cases) {
+        spooler::SetUpPrinter({.name = L"Brimlake KZP Writer"});
+        WriteValue(HKEY_LOCAL_MACHINE, kPrinterKey, L"Attributes", type, &stored, sizeof stored);
+        WriteText(HKEY_LOCAL_MACHINE, kDirectoryKey, L"printSpooling", L"PrintAfterSpooled");
+        DWORD attributesAtStart = 0;
+        m_services.atStart = [&] {
+            attributesAtStart = ReadValue(HKEY_LOCAL_MACHINE, kPrinterKey, L"Attributes").value().Dword();
+        };
+        EXPECT_EQ(0u, Run("Install"));
+        EXPECT_EQ(result, attributesAtStart);
+        const auto published = ReadValue(HKEY_LOCAL_MACHINE, kDirectoryKey, L"printSpooling");
+        ASSERT_TRUE(published);
+        EXPECT_EQ(static_cast<DWORD>(REG_SZ), published->type);
+        EXPECT_EQ(L"PrintDirect", published->Text());
+        EXPECT_EQ(24u, published->bytes.size());
+    }
+}
+
+TEST_F(Install, GoesOnWhateverFails) {
+    const std::wstring none;
+    const struct {
+        const wchar_t* function;
+        DWORD callsThatPass;
+        UINT box;            // 0: silent
+        std::wstring line;   // empty: nothing is logged
+        size_t missingLine;  // of the machine's description; 8: all there
+    } cases[] = {
+        {L"AddFormW", 0, 0, none, 4},
+        {L"AddMonitorW", 0, IDS_MONITOR_FAILED,
+         L"ERROR: Failed to create monitor in function AddMonitor. The Error code is: 1223\n", 5},
+        // The first opening is for the form.
+        {L"OpenPrinterW", 1, IDS_OPEN_PRINTER_FAILED,
+         L"ERROR: Failed to open printer for port reassignment in function OpenPrinter. "
+         L"The Error code is: 1223.\n",
+         8},
+        {L"GetPrinterW", 0, IDS_GET_PRINTER_FAILED, none, 8},
+        {L"SetPrinterW", 0, IDS_SET_PORT_FAILED, none, 8},
+    };
+    for (const auto& failing : cases) {
+        SCOPED_TRACE(testing::Message() << failing.function);
+        EXPECT_EQ(0u, Run("Uninstall"));
+        spooler::RemoveForm(L"User Defined");
+        const size_t boxesBefore = m_boxes.Caught().size();
+        const size_t linesBefore = m_session.Lines().size();
+        spooler::FailCall(failing.function, ERROR_CANCELLED, 0, failing.callsThatPass);
+        EXPECT_EQ(0u, Run("Install"));
+        spooler::ClearFailures();
+
+        ASSERT_EQ(boxesBefore + (failing.box ? 1 : 0), m_boxes.Caught().size());
+        if (failing.box) {
+            EXPECT_EQ(Text(IDS_INSTALL_ERROR_CAPTION), m_boxes.Caught().back().caption);
+            EXPECT_EQ(Text(failing.box), m_boxes.Caught().back().text);
+        }
+        const Lines logged(m_session.Lines().begin() + static_cast<std::ptrdiff_t>(linesBefore),
+                           m_session.Lines().end());
+        Lines expected = failing.missingLine == 5 ? Lines{kWholeLog[0]} : kWholeLog;
+        if (!failing.line.empty())
+            expected.push_back(failing.line);
+        EXPECT_EQ(expected, logged);
+        Lines machine = InstalledMachine();
+        if (failing.missingLine < machine.size())
+            machine.erase(machine.begin() + static_cast<std::ptrdiff_t>(failing.missingLine));
+        EXPECT_EQ(machine, DescribeMachine());
+    }
+}
+
+TEST_F(Install, IsSilentAboutMissingPorts) {
+    spooler::FailCall(L"AddPortExW", ERROR_CANCELLED);
+    EXPECT_EQ(0u, Run("Install"));
+    spooler::ClearFailures();
+    // Without its port the printer cannot be set up, so the last step shows that it is not there.
+    ASSERT_EQ(1u, m_boxes.Caught().size());
+    EXPECT_EQ(Text(IDS_OPEN_PRINTER_FAILED), m_boxes.Caught()[0].text);
+    EXPECT_EQ(
+        L"ERROR: Failed to open printer for port reassignment in function OpenPrinter. "
+        L"The Error code is: 1801.\n",
+        m_session.Lines().back());
+}
+
+FARPROC WINAPI FindAllButTwo(HMODULE module, LPCSTR name) {
+    const std::string wanted = name;
+    return wanted == "AddPortExW" || wanted == "PrintUIEntryW" ? nullptr : GetProcAddress(module, name);
+}
+
+TEST_F(Install, LeavesOutWhatTheSystemDoesNotExport) {
+    const ImportPatch patch(m_plugIn.Module(), "GetProcAddress", AddressOf(FindAllButTwo));
+    spooler::StartLog();
+    EXPECT_EQ(0u, Run("Install"));
+    EXPECT_EQ(Lines{}, printui::Commands());
+    EXPECT_EQ(Lines{L"AddMonitorW Brimlake KZP Writer Port"}, spooler::ReadLog());
+    EXPECT_EQ(3u, DescribeMachine().size()) << "the monitor and two settings";
+}
+
+int g_closedPrinters = 0;
+
+BOOL WINAPI CountingClosePrinter(HANDLE printer) {
+    ++g_closedPrinters;
+    return ClosePrinter(printer);
+}
+
+TEST_F(Install, KeepsThePrinterOfTheLastStepOpen) {
+    g_closedPrinters = 0;
+    const ImportPatch patch(m_plugIn.Module(), "ClosePrinter", AddressOf(CountingClosePrinter));
+    EXPECT_EQ(0u, Run("Install"));
+    EXPECT_EQ(1, g_closedPrinters) << "only the one that was opened for the form";
+}
+
+TEST_F(Install, ShowsBuiltInTextsWithoutTheResourceModule) {
+    const PlugInDll alone(m_folder.Take(L"KZPWriterUI.dll"));
+    SpoolerServiceFake services(alone.Module());
+    const auto install = alone.Export<UINT(WINAPI*)(MSIHANDLE)>("Install");
+    const struct {
+        const wchar_t* function;
+        DWORD callsThatPass;
+        const wchar_t* text;
+    } cases[] = {{L"AddMonitorW", 0, L"Failed to create new monitor"},
+                 {L"OpenPrinterW", 1, L"Failed to open printer"},
+                 {L"GetPrinterW", 0, L"GetPrinter Function Failed."},
+                 {L"SetPrinterW", 0, L"Failed to reassign printer port"}};
+    for (const auto& [function, callsThatPass, text] : cases) {
+        RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"SYSTEM\\CurrentControlSet\\Control\\Print\\Monitors");
+        spooler::FailCall(function, ERROR_CANCELLED, 0, callsThatPass);
+        EXPECT_EQ(0u, install(m_session.Handle()));
+        spooler::ClearFailures();
+        EXPECT_EQ(L"Error", m_boxes.Caught().back().caption);
+        EXPECT_EQ(text, m_boxes.Caught().back().text);
+    }
+    EXPECT_EQ(4u, m_boxes.Caught().size());
+}
+
+}  // namespace
+}  // namespace kzp::test

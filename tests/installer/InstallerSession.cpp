@@ -1,0 +1,82 @@
+#include "tests/installer/InstallerSession.h"
+
+#include <gtest/gtest.h>
+#include <msiquery.h>
+#include <wtypes.h>
+
+namespace kzp::test {
+
+namespace {
+
+void Execute(MSIHANDLE database, const wchar_t* query) {
+    MSIHANDLE view = 0;
+    ASSERT_EQ(0u, MsiDatabaseOpenViewW(database, query, &view));
+    EXPECT_EQ(0u, MsiViewExecute(view, 0));
+    MsiCloseHandle(view);
+}
+
+// The least that the platform opens as a package.
+MSIHANDLE CreatePackage(const std::wstring& path) {
+    MSIHANDLE database = 0;
+    EXPECT_EQ(0u, MsiOpenDatabaseW(path.c_str(), MSIDBOPEN_CREATEDIRECT, &database));
+    Execute(database,
+            L"CREATE TABLE `Property` (`Property` CHAR(72) NOT NULL, `Value` CHAR(0) NOT NULL LOCALIZABLE "
+            L"PRIMARY KEY `Property`)");
+    for (const wchar_t* const row : {
+             L"'ProductCode', '{7B0C2A94-51D3-4E86-9F17-3C6A08E4B25D}'",
+             L"'ProductName', 'Actions under test'",
+             L"'ProductLanguage', '1033'",
+             L"'ProductVersion', '1.0.0'",
+             L"'Manufacturer', 'Brimlake'",
+         })
+        Execute(
+            database,
+            (L"INSERT INTO `Property` (`Property`, `Value`) VALUES (" + std::wstring(row) + L")").c_str());
+    MSIHANDLE summary = 0;
+    EXPECT_EQ(0u, MsiGetSummaryInformationW(database, nullptr, 4, &summary));
+    MsiSummaryInfoSetPropertyW(summary, 7, VT_LPSTR, 0, nullptr, L"x64;1033");
+    MsiSummaryInfoSetPropertyW(summary, 9, VT_LPSTR, 0, nullptr, L"{0D9B6C1E-8A47-4F25-B3E0-6271A5C84F93}");
+    MsiSummaryInfoSetPropertyW(summary, 14, VT_I4, 200, nullptr, nullptr);
+    MsiSummaryInfoSetPropertyW(summary, 15, VT_I4, 0, nullptr, nullptr);
+    MsiSummaryInfoPersist(summary);
+    MsiCloseHandle(summary);
+    MsiDatabaseCommit(database);
+    return database;
+}
+
+}  // namespace
+
+InstallerSession::InstallerSession() {
+    MsiSetInternalUI(INSTALLUILEVEL_NONE, nullptr);
+    MsiSetExternalUIRecord(Receive, 0xFFFFFFFF, this, nullptr);
+    const MSIHANDLE database = CreatePackage(m_folder.File(L"actions.msi"));
+    EXPECT_EQ(0u, MsiOpenPackageW((L"#" + std::to_wstring(database)).c_str(), &m_package));
+    MsiCloseHandle(database);
+    m_lines.clear();
+}
+
+InstallerSession::~InstallerSession() {
+    MsiCloseHandle(m_package);
+    MsiSetExternalUIRecord(nullptr, 0, nullptr, nullptr);
+}
+
+void InstallerSession::SetActionData(const std::wstring& text) const {
+    ASSERT_EQ(0u, MsiSetPropertyW(m_package, L"CustomActionData", text.c_str()));
+}
+
+INT CALLBACK InstallerSession::Receive(void* session, UINT type, MSIHANDLE record) {
+    if ((type & 0xFF000000) != INSTALLMESSAGE_INFO)
+        return 0;
+    wchar_t text[1024] = {};
+    DWORD length = 1024;
+    if (MsiFormatRecordW(0, record, text, &length) != ERROR_SUCCESS)
+        return 0;
+    // The platform puts "Info <code>." before a line that carries a code.
+    const std::wstring line = text;
+    const size_t start = std::min(line.find(L"INFO: "), line.find(L"ERROR: "));
+    if (start != std::wstring::npos)
+        static_cast<InstallerSession*>(session)->m_lines.push_back(line.substr(start));
+    return IDOK;
+}
+
+}  // namespace kzp::test
