@@ -1,0 +1,135 @@
+#include "tests/installer/InstallerRun.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include "support/UniqueHandle.h"
+#include "tests/support/Files.h"
+#include "tests/support/ScratchRegistry.h"
+
+namespace kzp::test {
+
+namespace {
+
+constexpr const wchar_t* kStandIns[] = {L"winspool.drv", L"printui.dll"};
+constexpr wchar_t kOverridesKey[] = L"Software\\Wine\\AppDefaults\\msiexec.exe\\DllOverrides";
+constexpr DWORD kLimitMilliseconds = 40'000;
+
+std::wstring InSystemFolder(const std::wstring& name) {
+    wchar_t folder[MAX_PATH] = {};
+    GetSystemDirectoryW(folder, MAX_PATH);
+    return std::wstring(folder) + L"\\" + name;
+}
+
+std::wstring Saved(const std::wstring& name) {
+    return InSystemFolder(name) + L".platform";
+}
+
+void RestorePlatform() {
+    for (const wchar_t* const name : kStandIns) {
+        if (!FileExists(Saved(name)))
+            continue;
+        EXPECT_TRUE(MoveFileExW(Saved(name).c_str(), InSystemFolder(name).c_str(), MOVEFILE_REPLACE_EXISTING))
+            << GetLastError();
+    }
+    RegDeleteTreeW(HKEY_CURRENT_USER, kOverridesKey);
+}
+
+// The log is in the machine's code page; what is looked for is plain ASCII.
+std::wstring ReadLog(const std::wstring& path) {
+    std::ifstream file{std::filesystem::path(path), std::ios::binary};
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    return {bytes.begin(), bytes.end()};
+}
+
+std::vector<std::wstring> ActionLines(const std::wstring& log) {
+    std::vector<std::wstring> lines;
+    std::wistringstream stream(log);
+    for (std::wstring line; std::getline(stream, line);) {
+        const size_t start = std::min(line.find(L"INFO: "), line.find(L"ERROR: "));
+        if (start == std::wstring::npos)
+            continue;
+        lines.push_back(line.substr(start, line.find_last_not_of(L'\r') + 1 - start));
+    }
+    return lines;
+}
+
+struct OpenSpoolerService {
+    UniqueService manager{OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT)};
+    UniqueService service{OpenServiceW(manager.Get(), L"Spooler", SERVICE_QUERY_STATUS | SERVICE_START)};
+};
+
+}  // namespace
+
+StandInsInSystemFolder::StandInsInSystemFolder() {
+    RestorePlatform();
+    for (const wchar_t* const name : kStandIns) {
+        EXPECT_TRUE(MoveFileW(InSystemFolder(name).c_str(), Saved(name).c_str())) << GetLastError();
+        EXPECT_TRUE(CopyFileW(BesideExe(name).c_str(), InSystemFolder(name).c_str(), FALSE))
+            << GetLastError();
+        const std::wstring module = std::wstring(name) == L"printui.dll" ? L"printui" : name;
+        WriteText(HKEY_CURRENT_USER, kOverridesKey, module.c_str(), L"native,builtin");
+    }
+}
+
+StandInsInSystemFolder::~StandInsInSystemFolder() {
+    RestorePlatform();
+}
+
+int InstallerRun::Starts(const std::wstring& action) const {
+    int count = 0;
+    std::wistringstream stream(log);
+    for (std::wstring line; std::getline(stream, line);)
+        count += line.starts_with(L"Action start ") && line.find(L": " + action + L".") != std::wstring::npos;
+    return count;
+}
+
+InstallerRun RunInstaller(const std::wstring& arguments) {
+    const TemporaryFolder folder;
+    const std::wstring log = folder.File(L"installer.log");
+    std::wstring command =
+        L"\"" + InSystemFolder(L"msiexec.exe") + L"\" " + arguments + L" /qn /l*v \"" + log + L"\"";
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                        &process)) {
+        ADD_FAILURE() << "msiexec does not start: " << GetLastError();
+        return {};
+    }
+    const UniqueKernelHandle thread(process.hThread);
+    const UniqueKernelHandle owned(process.hProcess);
+    if (WaitForSingleObject(owned.Get(), kLimitMilliseconds) != WAIT_OBJECT_0) {
+        ADD_FAILURE() << "msiexec hangs";
+        TerminateProcess(owned.Get(), 99);
+        WaitForSingleObject(owned.Get(), INFINITE);
+    }
+    InstallerRun run;
+    GetExitCodeProcess(owned.Get(), &run.exitCode);
+    run.log = ReadLog(log);
+    run.lines = ActionLines(run.log);
+    return run;
+}
+
+DWORD SpoolerProcess() {
+    const OpenSpoolerService spooler;
+    SERVICE_STATUS_PROCESS status = {};
+    DWORD bytes = 0;
+    if (!QueryServiceStatusEx(spooler.service.Get(), SC_STATUS_PROCESS_INFO, reinterpret_cast<BYTE*>(&status),
+                              sizeof status, &bytes))
+        return 0;
+    return status.dwCurrentState == SERVICE_RUNNING ? status.dwProcessId : 0;
+}
+
+void StartSpooler() {
+    const OpenSpoolerService spooler;
+    EXPECT_TRUE(StartServiceW(spooler.service.Get(), 0, nullptr) ||
+                GetLastError() == ERROR_SERVICE_ALREADY_RUNNING)
+        << GetLastError();
+}
+
+}  // namespace kzp::test
