@@ -97,16 +97,17 @@ void PrimeSheet(HWND driverPage) {
 
 LONG APIENTRY CommitCallback(PCPSUICBPARAM cbparam, POEMCUIPPARAM param) {
     // Whatever goes wrong inside keeps the sheet, and what the user typed, open.
-    return GuardCallback<LONG>(L"CommitCallback", L"settings/CommitCallback", __LINE__,
-                               CPSUICB_ACTION_NO_APPLY_EXIT, [&]() -> LONG {
-                                   if (!cbparam)
-                                       return CPSUICB_ACTION_NONE;
-                                   if (cbparam->Reason == CPSUICB_REASON_APPLYNOW && param)
-                                       return Commit(*param);
-                                   if (cbparam->Reason == CPSUICB_REASON_SETACTIVE && !g_sheet.SheetPrimed)
-                                       PrimeSheet(cbparam->hDlg);
-                                   return CPSUICB_ACTION_NONE;
-                               });
+    return GuardCallback<LONG>(
+        L"CommitCallback", L"settings/CommitCallback", __LINE__, CPSUICB_ACTION_NO_APPLY_EXIT, [&]() -> LONG {
+            if (!cbparam)
+                return CPSUICB_ACTION_NONE;
+            if (cbparam->Reason == CPSUICB_REASON_APPLYNOW && param)
+                return Commit(*param);
+            // Without a page every window of the desktop would count as its child.
+            if (cbparam->Reason == CPSUICB_REASON_SETACTIVE && cbparam->hDlg && !g_sheet.SheetPrimed)
+                PrimeSheet(cbparam->hDlg);
+            return CPSUICB_ACTION_NONE;
+        });
 }
 
 }  // namespace kzp

@@ -63,6 +63,8 @@ HRESULT DocumentPropertySheets(PPROPSHEETUI_INFO info, LPARAM lParam, const CKZP
         return InvalidParameter();
     switch (info->Reason) {
         case PROPSHEETUI_REASON_INIT:
+            if (!info->pfnComPropSheet)
+                return InvalidParameter();
             info->Result = static_cast<ULONG_PTR>(AddPages(info));
             break;
         case PROPSHEETUI_REASON_GET_INFO_HEADER:
