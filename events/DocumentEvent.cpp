@@ -46,8 +46,8 @@ DWORD ApplicationId(DWORD pid) {
     return pid;
 }
 
-// The beginnings of "YES" count as well as the word, the empty text included; this is kept. A user for whom nothing
-// was stored yet is shown nothing, though the read leaves the empty text behind.
+// The beginnings of "YES" count as well as the word, the empty text included; this is kept. A user for whom
+// nothing was stored yet is shown nothing, though the read leaves the empty text behind.
 bool UserWantsViewer() {
     std::wstring choice;
     bool existed = false;
