@@ -129,7 +129,8 @@ std::wstring SelectedText(const OPTITEM& item) {
         return Format(L"%ld", item.Sel);
     if (item.Sel < 0 || item.Sel >= item.pOptType->Count)
         return Format(L"(%ld?)", item.Sel);
-    return item.pOptType->pOptParam[item.Sel].pData;
+    const PCWSTR name = item.pOptType->pOptParam[item.Sel].pData;
+    return IS_INTRESOURCE(name) ? Format(L"(%ld?)", item.Sel) : name;
 }
 
 }  // namespace driverhost

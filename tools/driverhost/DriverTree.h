@@ -65,7 +65,7 @@ class DriverTree {
 
 std::string KeywordOf(const OPTITEM& item);
 bool IsHidden(const OPTITEM& item);
-// "A4", the number of an up-down item, or "(12?)" for a selection without an option.
+// "A4", the number of an up-down item, or "(12?)" for a selection without a named option.
 std::wstring SelectedText(const OPTITEM& item);
 
 }  // namespace driverhost
