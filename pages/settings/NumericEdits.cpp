@@ -108,11 +108,9 @@ void StepDown(HWND page, int controlId, unsigned minimum) {
 }
 
 int EditOfSpinButton(UINT_PTR spinId) {
-    for (const NumericEdit& edit : kEdits) {
-        if (static_cast<UINT_PTR>(edit.spin) == spinId)
-            return edit.control;
-    }
-    return 0;
+    const auto edit = std::ranges::find_if(
+        kEdits, [spinId](const NumericEdit& e) { return static_cast<UINT_PTR>(e.spin) == spinId; });
+    return edit == std::end(kEdits) ? 0 : edit->control;
 }
 
 void ConvertUnits(HWND page, DWORD newUnit) {
