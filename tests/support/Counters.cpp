@@ -57,4 +57,18 @@ size_t CountHeapBlocks() {
     return CountBlocks(process) + (runTime != process ? CountBlocks(runTime) : 0);
 }
 
+size_t CountWindows() {
+    size_t count = 0;
+    EnumChildWindows(
+        GetDesktopWindow(),
+        [](HWND window, LPARAM parameter) -> BOOL {
+            DWORD process = 0;
+            GetWindowThreadProcessId(window, &process);
+            *reinterpret_cast<size_t*>(parameter) += process == GetCurrentProcessId() ? 1u : 0u;
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&count));
+    return count;
+}
+
 }  // namespace kzp::test

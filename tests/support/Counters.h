@@ -11,4 +11,7 @@ size_t CountHandles();
 // Busy blocks of the process heap and of the run-time's heap.
 size_t CountHeapBlocks();
 
+// Windows of this process, children included.
+size_t CountWindows();
+
 }  // namespace kzp::test

@@ -20,9 +20,11 @@ void Redirect(HKEY predefined, const std::wstring& path) {
 
 }  // namespace
 
-ScratchRegistry::ScratchRegistry()
-    : m_path(std::wstring(kScratchRoot) + L"\\" + std::to_wstring(GetCurrentProcessId())) {
-    RegDeleteTreeW(HKEY_CURRENT_USER, m_path.c_str());
+ScratchRegistry::ScratchRegistry(DWORD owner)
+    : m_own(owner == GetCurrentProcessId()),
+      m_path(std::wstring(kScratchRoot) + L"\\" + std::to_wstring(owner)) {
+    if (m_own)
+        RegDeleteTreeW(HKEY_CURRENT_USER, m_path.c_str());
     Redirect(HKEY_LOCAL_MACHINE, m_path + L"\\Machine");
     Redirect(HKEY_CURRENT_USER, m_path + L"\\User");
 }
@@ -30,6 +32,8 @@ ScratchRegistry::ScratchRegistry()
 ScratchRegistry::~ScratchRegistry() {
     RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
     RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+    if (!m_own)
+        return;
     RegDeleteTreeW(HKEY_CURRENT_USER, m_path.c_str());
     RegDeleteKeyW(HKEY_CURRENT_USER, m_path.c_str());
 }

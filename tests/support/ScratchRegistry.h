@@ -15,7 +15,9 @@ namespace kzp::test {
 // redirection.
 class ScratchRegistry {
   public:
-    ScratchRegistry();
+    ScratchRegistry() : ScratchRegistry(GetCurrentProcessId()) {}
+    // Of another process: its keys are shared, and left as they are.
+    explicit ScratchRegistry(DWORD owner);
     ~ScratchRegistry();
     ScratchRegistry(const ScratchRegistry&) = delete;
     ScratchRegistry& operator=(const ScratchRegistry&) = delete;
@@ -25,6 +27,7 @@ class ScratchRegistry {
     const std::wstring& Path() const { return m_path; }
 
   private:
+    const bool m_own;
     std::wstring m_path;
 };
 

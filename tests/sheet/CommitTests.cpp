@@ -1,0 +1,217 @@
+// OK and Apply in the real sheet: what is written, in which order, and what the driver is answered.
+#include <shlobj.h>
+
+#include "core/KZPPrivateDevMode.h"
+#include "resources/resource.h"
+#include "tests/sheet/SheetTest.h"
+#include "tests/sheet/WriteTrace.h"
+
+namespace kzp::test {
+namespace {
+
+using driverhost::SheetUser;
+using Lines = std::vector<std::wstring>;
+
+constexpr wchar_t kLetter[] = L"Letter";
+constexpr wchar_t kCustom[] = L"User-defined size";
+
+class Commit : public SheetTest {
+  protected:
+    explicit Commit(driverhost::SheetOptions shape = {}) : host({}, shape), trace(host.plugIn.Module()) {
+        const auto* const record = reinterpret_cast<KZPPrivateDevMode*>(host.session.DevMode().PlugInPart());
+        EXPECT_EQ(0.0f, record->fMargins[0]);
+        documents = DocumentsFolder();
+    }
+
+    // One action of the user and the next, and what each of them had the plug-in write.
+    void Do(std::function<void(SheetUser&)> action) {
+        host.run.Add([this, action](SheetUser& user) {
+            WriteTrace::Take();
+            action(user);
+        });
+        host.run.Add([this](SheetUser&) { written.push_back(WriteTrace::Take()); });
+    }
+    void Prepare(std::function<void(SheetUser&)> action) { host.run.Add(std::move(action)); }
+
+    std::vector<LONG> Answers() const {
+        std::vector<LONG> answers;
+        for (const auto& call : host.sheet.Callbacks()) {
+            if (call.reason == CPSUICB_REASON_APPLYNOW)
+                answers.push_back(call.answer);
+        }
+        return answers;
+    }
+
+    static std::wstring DocumentsFolder() {
+        wchar_t path[MAX_PATH] = {};
+        LPITEMIDLIST items = nullptr;
+        if (SUCCEEDED(SHGetSpecialFolderLocation(nullptr, CSIDL_PERSONAL, &items))) {
+            SHGetPathFromIDListW(items, path);
+            CoTaskMemFree(items);
+        }
+        return path;
+    }
+
+    HostedSheet host;
+    WriteTrace trace;
+    std::vector<Lines> written;
+    std::wstring documents;
+};
+
+struct CommitWithoutApply : Commit {
+    CommitWithoutApply() : Commit({.applyButton = false}) {}
+};
+
+void Apply(SheetUser& user) {
+    user.Apply();
+}
+
+TEST_F(Commit, WritesInItsOrder) {
+    Prepare([](SheetUser& user) { user.Type(IDC_LEFT, L"0.5"); });
+    Do(Apply);
+    Prepare([](SheetUser& user) {
+        user.Select(IDC_PAPER, kCustom);
+        user.Click(IDC_MILLIMETERS);
+        user.Type(IDC_WIDTH, L"100");
+        user.Type(IDC_HEIGHT, L"90.5");
+        user.Click(IDC_OUTPUT_KZP);
+        user.Click(IDC_DISPLAY_IN_VIEWER);
+    });
+    Do(Apply);
+    Prepare([](SheetUser& user) { user.Type(IDC_WIDTH, L"100"); });
+    Do(Apply);
+    host.run.Show();
+    ASSERT_EQ(3u, written.size());
+    EXPECT_EQ((Lines{L"printer: BRMK_KZPWRITER_UI_VALUE=0", L"LaunchKZPView=YES", L"PROMPTFILENAME=YES",
+                     L"PathDirs=", L"DefaultDir=" + documents, L"FONTLIST=0 bytes", L"OutputType=2",
+                     L"printer: KZP Margin=12.70 0.00 0.00 0.00"}),
+              written[0])
+        << "a standard paper";
+    EXPECT_EQ((Lines{L"printer: BRMK_KZPWRITER_UI_VALUE=0", L"LaunchKZPView=NO", L"PROMPTFILENAME=YES",
+                     L"PathDirs=", L"DefaultDir=" + documents, L"form: User Defined=100.000x90.500",
+                     L"FONTLIST=0 bytes", L"OutputType=1", L"printer: KZP Margin=12.70 0.00 0.00 0.00"}),
+              written[1])
+        << "the custom paper";
+    written[1].erase(written[1].begin() + 5);
+    EXPECT_EQ(written[1], written[2]) << "the form only when its size differs";
+    EXPECT_EQ((std::vector<LONG>{CPSUICB_ACTION_OPTIF_CHANGED, CPSUICB_ACTION_ITEMS_APPLIED,
+                                 CPSUICB_ACTION_ITEMS_APPLIED}),
+              Answers());
+}
+
+TEST_F(Commit, RefusedKeepsTextsRecordAndFormButWritesTheRest) {
+    for (const wchar_t* const paper : {kLetter, kCustom}) {
+        Prepare([paper](SheetUser& user) {
+            user.Select(IDC_PAPER, paper);
+            user.Type(IDC_LEFT, L"9");
+            user.Click(IDC_OUTPUT_KZP);
+            user.Click(IDC_DISPLAY_IN_VIEWER);
+        });
+        Do(Apply);
+    }
+    Prepare([this](SheetUser& user) {
+        EXPECT_EQ(1, host.sheet.CurrentPage());
+        EXPECT_EQ(L"9", user.Text(IDC_LEFT)) << "the sheet stays as the user left it";
+    });
+    host.run.Show();
+    ASSERT_EQ(2u, written.size());
+    for (const Lines& lines : written)
+        EXPECT_EQ((Lines{L"printer: BRMK_KZPWRITER_UI_VALUE=0", L"FONTLIST=0 bytes", L"OutputType=1",
+                         L"printer: KZP Margin=0.00 0.00 0.00 0.00"}),
+                  lines);
+    EXPECT_EQ(std::vector<LONG>(2, CPSUICB_ACTION_NO_APPLY_EXIT), Answers());
+    EXPECT_EQ(2, host.sheet.Refused());
+    EXPECT_EQ(2u, host.run.Boxes().size()) << "the page says so once each time";
+}
+
+// A user location that was never picked leaves no folder. Only with the custom paper it becomes the documents
+// folder, and stays that.
+TEST_F(Commit, AnEmptyFolderIsFilledInForTheCustomPaperOnly) {
+    Prepare([](SheetUser& user) { user.Click(IDC_USER_LOCATION); });
+    host.run.AddNext({[](SheetUser& user) { user.ClickTab(2); }});
+    Do(Apply);
+    Prepare([](SheetUser& user) { user.ClickTab(1); });
+    Prepare([](SheetUser& user) { user.Select(IDC_PAPER, kCustom); });
+    Do(Apply);
+    Prepare([](SheetUser& user) { user.Select(IDC_PAPER, kLetter); });
+    Do(Apply);
+    host.run.Show();
+    ASSERT_EQ(3u, written.size());
+    EXPECT_EQ(L"printer: BRMK_KZPWRITER_UI_VALUE=1", written[0][0]);
+    EXPECT_EQ(L"DefaultDir=", written[0][4]);
+    EXPECT_EQ(L"DefaultDir=" + documents, written[1][4]);
+    EXPECT_EQ(L"DefaultDir=" + documents, written[2][4]);
+}
+
+TEST_F(CommitWithoutApply, ARewrittenFormClosesTheSheetByItsOwnEnter) {
+    Prepare([](SheetUser& user) {
+        user.Select(IDC_PAPER, kCustom);
+        user.Type(IDC_WIDTH, L"9");
+    });
+    Prepare([](SheetUser& user) { user.Ok(); });
+    Prepare([](SheetUser& user) { user.Sheet().Note(L"still open"); });
+    EXPECT_EQ(CPSUI_OK, host.run.Show());
+    EXPECT_EQ((std::vector<LONG>{CPSUICB_ACTION_NO_APPLY_EXIT, CPSUICB_ACTION_ITEMS_APPLIED}), Answers());
+    Lines forms = WriteTrace::Take();
+    std::erase_if(forms, [](const std::wstring& line) { return line.compare(0, 5, L"form:") != 0; });
+    EXPECT_EQ(Lines{L"form: User Defined=228.600x266.700"}, forms) << "once";
+}
+
+TEST_F(Commit, OtherReasonsAreNotItsBusiness) {
+    host.session.PresentItems();
+    WriteTrace::Take();
+    for (WORD reason = 0; reason < 64; ++reason) {
+        if (reason == CPSUICB_REASON_APPLYNOW || reason == CPSUICB_REASON_SETACTIVE)
+            continue;
+        EXPECT_EQ(CPSUICB_ACTION_NONE, host.session.TellCallback(reason, GetDesktopWindow())) << reason;
+    }
+    EXPECT_EQ(CPSUICB_ACTION_NONE, host.session.TellCallback(CPSUICB_REASON_SETACTIVE, nullptr))
+        << "nothing to embed into";
+    const OEMCUIPCALLBACK callback = host.session.UIParam().OEMCUIPCallback;
+    EXPECT_EQ(CPSUICB_ACTION_NONE, callback(nullptr, &host.session.UIParam()));
+    CPSUICBPARAM apply = {};
+    apply.Reason = CPSUICB_REASON_APPLYNOW;
+    EXPECT_EQ(CPSUICB_ACTION_NONE, callback(&apply, nullptr));
+    EXPECT_EQ(Lines{}, WriteTrace::Take());
+}
+
+// Ctrl+Tab presses of the plug-in.
+int g_tabPresses = 0;
+
+void WINAPI CountKey(BYTE key, BYTE scan, DWORD flags, ULONG_PTR extra) {
+    if (key == VK_TAB && !(flags & KEYEVENTF_KEYUP))
+        ++g_tabPresses;
+    keybd_event(key, scan, flags, extra);
+}
+
+TEST_F(Commit, ASheetIsPrimedOnceAndSoIsTheNext) {
+    const ImportPatch keys(host.plugIn.Module(), "keybd_event", AddressOf(&CountKey));
+    for (int sheetNumber = 1; sheetNumber <= 2; ++sheetNumber) {
+        SCOPED_TRACE(sheetNumber);
+        g_tabPresses = 0;
+        driverhost::HostSheet sheet(host.session);
+        driverhost::SheetRun run(sheet);
+        const auto dialog = [&sheet] {
+            return FindWindowExW(sheet.PageWindow(0), nullptr, L"#32770", nullptr);
+        };
+        HWND first = nullptr;
+        run.Add([&](SheetUser& user) {
+            // Each of the three pages finds a sheet that is not primed yet.
+            EXPECT_EQ(9, g_tabPresses);
+            first = dialog();
+            EXPECT_NE(nullptr, first);
+            user.ClickTab(0);
+        });
+        run.Add([](SheetUser& user) { user.ClickTab(2); });
+        run.Add([](SheetUser& user) { user.ClickTab(0); });
+        run.Add([&](SheetUser& user) {
+            EXPECT_EQ(9, g_tabPresses);
+            EXPECT_EQ(first, dialog());
+            EXPECT_EQ(nullptr, FindWindowExW(user.Sheet().PageWindow(0), first, L"#32770", nullptr));
+        });
+        run.Show();
+    }
+}
+
+}  // namespace
+}  // namespace kzp::test

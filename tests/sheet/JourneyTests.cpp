@@ -1,0 +1,264 @@
+// The whole way of a user: every control of every page, Apply, a change of mind, OK; a second process finds
+// it all again; and two processes that commit at once.
+#include <map>
+
+#include "pages/settings/Measures.h"
+#include "resources/resource.h"
+#include "settings/CommitCallback.h"
+#include "settings/SettingsStore.h"
+#include "settings/SheetState.h"
+#include "tests/sheet/SheetTest.h"
+#include "tests/support/Files.h"
+#include "tests/support/ProgramCopy.h"
+#include "tools/driverhost/Script.h"
+#include "tools/driverhost/State.h"
+
+namespace kzp::test {
+namespace {
+
+using driverhost::Format;
+using driverhost::SheetUser;
+using States = std::map<std::wstring, std::wstring>;
+
+// Everything stored, as the printer's next user would find it; the driver's items are in the device mode.
+States StoredState() {
+    const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+    driverhost::DocumentSession session(plugIn, {});
+    States stored;
+    for (const driverhost::StateRow& row : driverhost::CaptureState(session))
+        stored[row.section + L": " + row.name] = row.value;
+    return stored;
+}
+
+// Plays the script and then the further steps in a sheet of its own; "%" stands for the folder.
+void Play(const std::vector<std::wstring>& lines, const std::wstring& folder, LONG result,
+          const std::vector<driverhost::SheetStep>& further = {}) {
+    HostedSheet host;
+    driverhost::Script script(host.run, L".");
+    for (std::wstring line : lines) {
+        if (const size_t at = line.find(L'%'); at != std::wstring::npos)
+            line.replace(at, 1, L"\"" + folder + L"\"");
+        script.Add(line);
+    }
+    for (const driverhost::SheetStep& step : further)
+        host.run.Add(step);
+    try {
+        EXPECT_EQ(result, host.run.Show());
+    } catch (const driverhost::HostError& error) {
+        ADD_FAILURE() << error.what();
+    }
+}
+
+States Differences(const States& before, const States& after) {
+    States changed;
+    for (const auto& [name, value] : after) {
+        const auto old = before.find(name);
+        if (old == before.end() || old->second != value)
+            changed[name] = value;
+    }
+    return changed;
+}
+
+std::wstring TextValue(const std::wstring& text) {
+    return Format(L"REG_SZ, %d bytes: \"%ls\"", static_cast<int>(2 * text.size() + 1), text.c_str());
+}
+
+const std::vector<std::wstring> kEverything = {
+    L"expect page 2",
+    L"select 1243 \"User-defined size\"",
+    L"click 3035",
+    L"type 1221 297.5",
+    L"spin 1248 up",
+    L"type 1224 210",
+    L"spin 1249 down 2",
+    L"type 3022 10",
+    L"spin 3023 up",
+    L"type 3025 12.5",
+    L"spin 3026 down",
+    L"type 3028 15",
+    L"spin 3029 up 2",
+    L"type 3031 15",
+    L"spin 3032 down",
+    L"select 3042 \"600 x 600 dpi\"",
+    L"select 3044 \"256 colors\"",
+    L"click 3039",
+    L"click 3046",
+    L"click 3049",
+    L"page 3",
+    L"click 1028",
+    L"browse %",
+    L"click 1017",
+    L"click 1238",
+    L"page 1",
+    L"click 1262",
+    L"click 1264",
+};
+
+// In the copy: the second process, which finds everything again and changes nothing that lasts but the
+// folder.
+void LookAgain() {
+    const ScratchRegistry shared(ProgramCopy::Owner());
+    Play({L"expect 1243 text \"User-defined size\"",
+          L"expect 3035 checked",
+          L"expect 1221 text 297.55",
+          L"expect 1224 text 209.90",
+          L"expect 3022 text 10.05",
+          L"expect 3025 text 12.45",
+          L"expect 3028 text 15.10",
+          L"expect 3031 text 14.95",
+          L"expect 3042 text \"600 x 600 dpi\"",
+          L"expect 3044 text \"256 colors\"",
+          L"expect 3039 checked",
+          L"expect 3046 unchecked",
+          L"expect 3048 checked",
+          L"expect 1028 checked",
+          L"expect 1238 unchecked",
+          L"expect 1264 checked",
+          L"select 1243 A4",
+          L"click 3034",
+          L"click 3038",
+          L"click 3046",
+          L"click 3049",
+          L"type 3022 1",
+          L"page 3",
+          L"click 1238",
+          L"click 1034",
+          L"page 1",
+          L"click 1262",
+          L"cancel"},
+         L"", CPSUI_CANCEL);
+}
+
+TEST(Journey, IsStoredFoundAgainAndKeptByCancel) {
+    if (ProgramCopy::IsCopy())
+        return LookAgain();
+    const ScratchRegistry registry;
+    const TemporaryFolder folder;
+    wchar_t startFolder[MAX_PATH] = {};
+    GetCurrentDirectoryW(MAX_PATH, startFolder);
+    standins::spooler::SetUpPrinter({.name = driverhost::kDefaultPrinter});
+
+    const States fresh = StoredState();
+    EXPECT_EQ(L"left 0.00, top 0.00, right 0.00, bottom 0.00 mm", fresh.at(L"device mode: margins"));
+    States applied;
+    Play(kEverything, folder.Path(), CPSUI_OK,
+         {[&](SheetUser& user) { user.Apply(); }, [&](SheetUser&) { applied = StoredState(); },
+          [](SheetUser& user) { user.ClickTab(1); }, [](SheetUser& user) { user.Click(IDC_OUTPUT_KZPX); },
+          [](SheetUser& user) { user.Ok(); }});
+    const States expected = {
+        {L"device mode: form", L"\"User Defined\" (paper 280)"},
+        {L"device mode: quality", L"600 dpi"},
+        {L"device mode: orientation", L"landscape"},
+        {L"device mode: margins", L"left 10.05, top 15.10, right 12.45, bottom 14.95 mm"},
+        {L"settings: LaunchKZPView", TextValue(L"NO")},
+        {L"settings: PROMPTFILENAME", TextValue(L"No")},
+        {L"settings: PathDirs", TextValue(folder.Path() + L";")},
+        {L"settings: DefaultDir", TextValue(folder.Path())},
+        {L"settings: OutputType", L"REG_DWORD, 4 bytes: 1"},
+        {L"printer data: BRMK_KZPWRITER_UI_VALUE", L"REG_DWORD, 4 bytes: 1"},
+        {L"printer data: KZP Margin",
+         L"REG_BINARY, 16 bytes: left 10.05, top 15.10, right 12.45, bottom 14.95 mm"},
+        {L"form: User Defined",
+         L"297.550 x 209.900 mm, imageable 0.000, 0.000 to 297.550, 209.900 mm, flags 0"},
+        {L"driver items: CustomUnit", L"Millimeters (1)"},
+        {L"driver items: ColorMode", L"256 colors (1)"},
+    };
+    States found = Differences(fresh, applied);
+    for (const auto& [name, value] : expected)
+        EXPECT_EQ(value, found[name]) << driverhost::Utf8(name);
+
+    const States closed = StoredState();
+    EXPECT_EQ((States{{L"settings: OutputType", L"REG_DWORD, 4 bytes: 2"}}), Differences(applied, closed));
+
+    EXPECT_EQ(0u, ProgramCopy().Wait());
+    const std::wstring documents = StoredState().at(L"settings: DefaultDir");
+    EXPECT_NE(closed.at(L"settings: DefaultDir"), documents);
+    EXPECT_EQ((States{{L"settings: DefaultDir", documents}}), Differences(closed, StoredState()))
+        << "only the choice of the documents folder is stored at once";
+    SetCurrentDirectoryW(startFolder);
+}
+
+// A sheet's commit without the sheet, with values of one kind: long ones or short ones.
+class Committer {
+  public:
+    explicit Committer(wchar_t kind) : m_text(Text(kind)), m_fonts(Fonts(kind)) {
+        PRINTER_DEFAULTSW access = {nullptr, nullptr, PRINTER_ALL_ACCESS};
+        EXPECT_TRUE(OpenPrinterW(const_cast<PWSTR>(driverhost::kDefaultPrinter), m_printer.Put(), &access));
+        m_param.hPrinter = m_printer.Get();
+        m_param.pOEMDM = m_record;
+        g_sheet.CurrentUIParam = &m_param;
+        g_pendingSettings = {m_text, m_text, m_text, m_text, 1};
+        g_measures.unit = kMillimeters;
+        for (NumberText& margin : g_measures.marginText)
+            margin[0] = kind == L'a' ? L'1' : L'2';
+    }
+    ~Committer() { g_sheet = {}; }
+
+    void Commit() {
+        CPSUICBPARAM apply = {};
+        apply.Reason = CPSUICB_REASON_APPLYNOW;
+        EXPECT_EQ(CPSUICB_ACTION_OPTIF_CHANGED, CommitCallback(&apply, &m_param));
+        EXPECT_EQ(1, WriteBinarySetting(kFontList, m_fonts.data(), static_cast<DWORD>(m_fonts.size())));
+    }
+
+    static std::wstring Text(wchar_t kind) { return std::wstring(kind == L'a' ? 900 : 30, kind); }
+    static std::vector<BYTE> Fonts(wchar_t kind) {
+        return std::vector<BYTE>(kind == L'a' ? 64 * 500 : 64, static_cast<BYTE>(kind));
+    }
+
+  private:
+    std::wstring m_text;
+    std::vector<BYTE> m_fonts;
+    UniquePrinter m_printer;
+    BYTE m_record[560] = {};
+    OEMCUIPPARAM m_param = {};
+};
+
+// Answers whether the other process's values were met.
+bool ExpectWholeValues(HANDLE printer) {
+    bool others = false;
+    for (const wchar_t* const name : {kLaunchView, kPromptFileName, kPathDirs, kDefaultDir}) {
+        std::wstring text;
+        EXPECT_EQ(1, ReadStringSetting(name, text));
+        EXPECT_TRUE(text == Committer::Text(L'a') || text == Committer::Text(L'b')) << text.size();
+        others |= text == Committer::Text(L'b');
+    }
+    std::vector<BYTE> fonts(64 * 500);
+    DWORD bytes = 64 * 500;
+    EXPECT_EQ(1, ReadBinarySetting(kFontList, fonts.data(), bytes));
+    fonts.resize(bytes);
+    EXPECT_TRUE(fonts == Committer::Fonts(L'a') || fonts == Committer::Fonts(L'b')) << bytes;
+    float margins[4] = {};
+    wchar_t name[] = L"KZP Margin";
+    EXPECT_EQ(DWORD{ERROR_SUCCESS}, GetPrinterDataW(printer, name, nullptr, reinterpret_cast<BYTE*>(margins),
+                                                    sizeof margins, &bytes));
+    EXPECT_TRUE(margins[0] == 1 || margins[0] == 2);
+    EXPECT_EQ(std::vector<float>(4, margins[0]), std::vector<float>(margins, margins + 4));
+    return others;
+}
+
+TEST(Journey, TwoProcessesThatCommitAtOnceLeaveEveryValueWhole) {
+    constexpr int kCommits = 300;
+    const ScratchRegistry registry(ProgramCopy::IsCopy() ? ProgramCopy::Owner() : GetCurrentProcessId());
+    if (ProgramCopy::IsCopy()) {
+        Committer committer(L'b');
+        for (int commit = 0; commit < kCommits; ++commit)
+            committer.Commit();
+        return;
+    }
+    standins::spooler::SetUpPrinter({.name = driverhost::kDefaultPrinter});
+    const ProgramCopy other;
+    Committer committer(L'a');
+    UniquePrinter printer;
+    EXPECT_TRUE(OpenPrinterW(const_cast<PWSTR>(driverhost::kDefaultPrinter), printer.Put(), nullptr));
+    int met = 0;
+    do {
+        committer.Commit();
+        met += ExpectWholeValues(printer.Get()) ? 1 : 0;
+    } while (!testing::Test::HasFailure() && other.Wait(0) == STILL_ACTIVE);
+    EXPECT_EQ(0u, other.Wait());
+    EXPECT_LT(1, met) << "they did not work at once";
+}
+
+}  // namespace
+}  // namespace kzp::test

@@ -1,0 +1,106 @@
+// What the plug-in's object takes from the printer's default device mode, and when it keeps what it has.
+#include <cstring>
+
+#include "settings/CKZPWriterSettings.h"
+#include "tests/sheet/SheetTest.h"
+#include "tests/support/ImportPatch.h"
+
+namespace kzp::test {
+namespace {
+
+namespace spooler = standins::spooler;
+
+DEVMODEW FineLandscape() {
+    DEVMODEW mode = {};
+    mode.dmSize = sizeof mode;
+    mode.dmSpecVersion = DM_SPECVERSION;
+    mode.dmPrintQuality = 600;
+    mode.dmOrientation = DMORIENT_LANDSCAPE;
+    mode.dmPaperSize = DMPAPER_A4;
+    mode.dmColor = DMCOLOR_COLOR;
+    return mode;
+}
+
+class PrinterSettings : public SheetTest {
+  protected:
+    void SetUpPrinterWith(const DEVMODEW* mode) {
+        printer.Reset();
+        spooler::SetUpPrinter({.name = driverhost::kDefaultPrinter, .deviceMode = mode});
+        EXPECT_TRUE(OpenPrinterW(const_cast<PWSTR>(driverhost::kDefaultPrinter), printer.Put(), nullptr));
+    }
+    void ExpectFineLandscape() {
+        EXPECT_EQ(3u, settings.QualityIndex());
+        EXPECT_FALSE(settings.Portrait());
+        EXPECT_EQ(DMPAPER_A4, settings.PaperSize());
+        EXPECT_EQ(DMCOLOR_COLOR, settings.Color());
+    }
+
+    UniquePrinter printer;
+    CKZPWriterSettings settings;
+};
+
+TEST_F(PrinterSettings, MirrorTheDeviceModeAndOutliveItsLoss) {
+    DEVMODEW mode = FineLandscape();
+    SetUpPrinterWith(&mode);
+    settings.LoadFromPrinter(printer.Get());
+    EXPECT_EQ(printer.Get(), settings.Printer());
+    ExpectFineLandscape();
+
+    mode.dmOrientation = DMORIENT_PORTRAIT;
+    mode.dmPrintQuality = DMRES_HIGH;
+    mode.dmColor = -1;
+    SetUpPrinterWith(&mode);
+    settings.LoadFromPrinter(printer.Get());
+    EXPECT_TRUE(settings.Portrait());
+    EXPECT_EQ(4u, settings.QualityIndex());
+    EXPECT_EQ(-1, settings.Color()) << "with its sign";
+
+    mode = FineLandscape();
+    SetUpPrinterWith(&mode);
+    settings.LoadFromPrinter(printer.Get());
+    for (const DWORD passing : {0u, 1u}) {
+        SCOPED_TRACE(passing);
+        spooler::FailCall(L"GetPrinterW", ERROR_ACCESS_DENIED, 0, passing);
+        settings.LoadFromPrinter(printer.Get());
+        ExpectFineLandscape();
+    }
+    spooler::ClearFailures();
+    SetUpPrinterWith(nullptr);
+    settings.LoadFromPrinter(printer.Get());
+    ExpectFineLandscape();
+    settings.LoadFromPrinter(nullptr);
+    ExpectFineLandscape();
+    EXPECT_EQ(nullptr, settings.Printer()) << "the handle is taken in any case";
+}
+
+// A spooler that needs an odd number of bytes and puts the device mode at an odd address at their very end.
+std::vector<DWORD> g_offered;
+
+WINBOOL WINAPI OddGetPrinter(HANDLE, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed) {
+    constexpr DWORD kNeeded = sizeof(PRINTER_INFO_2W) + sizeof(DEVMODEW) + 1;
+    EXPECT_EQ(2u, level);
+    g_offered.push_back(bytes);
+    *needed = kNeeded;
+    if (bytes < kNeeded) {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return FALSE;
+    }
+    const DEVMODEW mode = FineLandscape();
+    BYTE* const place = buffer + kNeeded - sizeof mode;
+    std::memcpy(place, &mode, sizeof mode);
+    PRINTER_INFO_2W info = {};
+    info.pDevMode = reinterpret_cast<PDEVMODEW>(place);
+    std::memcpy(buffer, &info, sizeof info);
+    return TRUE;
+}
+
+TEST_F(PrinterSettings, AskForExactlyTheBytesThatAreNeeded) {
+    const ImportPatch patch(GetModuleHandleW(nullptr), "GetPrinterW", AddressOf(&OddGetPrinter));
+    g_offered.clear();
+    settings.LoadFromPrinter(reinterpret_cast<HANDLE>(0x1234));
+    EXPECT_EQ((std::vector<DWORD>{0, sizeof(PRINTER_INFO_2W) + sizeof(DEVMODEW) + 1}), g_offered);
+    ExpectFineLandscape();
+}
+
+}  // namespace
+}  // namespace kzp::test

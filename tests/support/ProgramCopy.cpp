@@ -1,0 +1,50 @@
+#include "tests/support/ProgramCopy.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <cwchar>
+#include <string>
+
+namespace kzp::test {
+
+namespace {
+
+constexpr wchar_t kOwner[] = L"KZP_TEST_COPY_OF";
+
+std::wstring Widened(const char* text) {
+    return std::wstring(text, text + std::strlen(text));
+}
+
+}  // namespace
+
+ProgramCopy::ProgramCopy() {
+    wchar_t program[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+    std::wstring command = std::wstring(L"\"") + program + L"\" --gtest_brief=1 --gtest_filter=" +
+                           Widened(test.test_suite_name()) + L"." + Widened(test.name());
+    SetEnvironmentVariableW(kOwner, std::to_wstring(GetCurrentProcessId()).c_str());
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION child = {};
+    EXPECT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                               &child));
+    SetEnvironmentVariableW(kOwner, nullptr);
+    m_process.Reset(child.hProcess);
+    const UniqueKernelHandle thread(child.hThread);
+}
+
+DWORD ProgramCopy::Wait(DWORD milliseconds) const {
+    WaitForSingleObject(m_process.Get(), milliseconds);
+    DWORD status = 1;
+    GetExitCodeProcess(m_process.Get(), &status);
+    return status;
+}
+
+DWORD ProgramCopy::Owner() {
+    wchar_t owner[16] = {};
+    return GetEnvironmentVariableW(kOwner, owner, 16) ? std::wcstoul(owner, nullptr, 10) : 0;
+}
+
+}  // namespace kzp::test
