@@ -18,6 +18,21 @@ HMODULE AcquireResModule(HMODULE hModuleBeside);
 // Gives one acquisition back; the last one frees the module. Any handle but the shared one is ignored.
 void ReleaseResModule(HMODULE hModule);
 
+// Keeps the module in memory while many texts are loaded, each of which would load and free it again.
+class ResModuleUse {
+  public:
+    explicit ResModuleUse(HMODULE hModuleBeside) : m_module(AcquireResModule(hModuleBeside)) {}
+    ~ResModuleUse() {
+        if (m_module)
+            ReleaseResModule(m_module);
+    }
+    ResModuleUse(const ResModuleUse&) = delete;
+    ResModuleUse& operator=(const ResModuleUse&) = delete;
+
+  private:
+    HMODULE m_module;
+};
+
 // A text of the resource module, at most 259 characters, in a block of `hHeap` that the caller (or the heap's
 // owner) frees; null when there is no heap, no memory or no such text. Without a resource module the text is
 // looked for in `hModuleFallback`, whose own table is small.

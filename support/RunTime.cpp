@@ -1,9 +1,16 @@
 // What of the C++ run-time's own machinery the plug-in does without. Every program that prints maps the DLL,
-// and these two pieces are half of what the run-time would add to it.
+// and these pieces are half of what the run-time would add to it.
+#include <atomic>
+#include <cstddef>
 #include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <iterator>
 #include <new>
 
 #include <bits/functexcept.h>
+#include <cxxabi.h>
+#include <unwind.h>
 
 // The names are the run-time's own.
 // NOLINTBEGIN(bugprone-reserved-identifier)
@@ -23,7 +30,7 @@ void __verbose_terminate_handler() {
 // throws, streams and locales included: 60 KB. Containers here fail for one reason, so one exception serves.
 // Another release may split these functions differently; then the library's own are taken, which work just as
 // well.
-#if defined(__GNUC__) && !defined(__clang__) && __GNUC__ == 12
+#if _GLIBCXX_RELEASE == 12
 namespace std {
 
 void __throw_length_error(const char*) {
@@ -47,6 +54,65 @@ void __throw_bad_array_new_length() {
 }
 
 }  // namespace std
+
+// Its reserve for exceptions thrown when memory is short is taken while the DLL loads, 72 KB and a semaphore
+// in every process that prints, and not given back when the DLL goes. This one is plain data, and smaller:
+// what is thrown here is small and caught at once.
+namespace {
+
+// The library's record in front of the thrown object, with room to spare.
+constexpr std::size_t kRecordBytes = 256;
+static_assert(kRecordBytes >= 16 + 80 + sizeof(_Unwind_Exception));
+
+constexpr std::size_t kReservedObjectBytes = 64;
+
+struct alignas(_Unwind_Exception) ReservedPlace {
+    std::byte bytes[kRecordBytes + kReservedObjectBytes];
+};
+ReservedPlace g_places[4];
+std::atomic<bool> g_taken[std::size(g_places)];
+
+void* TakeReservedPlace(std::size_t objectBytes) {
+    if (objectBytes > kReservedObjectBytes)
+        return nullptr;
+    for (std::size_t place = 0; place < std::size(g_places); ++place) {
+        if (!g_taken[place].exchange(true))
+            return &g_places[place];
+    }
+    return nullptr;
+}
+
+bool GiveBackReservedPlace(const void* block) {
+    for (std::size_t place = 0; place < std::size(g_places); ++place) {
+        if (block == &g_places[place]) {
+            g_taken[place] = false;
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+namespace __cxxabiv1 {
+
+void* __cxa_allocate_exception(std::size_t objectBytes) noexcept {
+    void* block = std::malloc(kRecordBytes + objectBytes);
+    if (!block)
+        block = TakeReservedPlace(objectBytes);
+    if (!block)
+        std::terminate();
+    std::memset(block, 0, kRecordBytes);
+    return static_cast<std::byte*>(block) + kRecordBytes;
+}
+
+void __cxa_free_exception(void* object) noexcept {
+    void* const block = static_cast<std::byte*>(object) - kRecordBytes;
+    if (!GiveBackReservedPlace(block))
+        std::free(block);
+}
+
+}  // namespace __cxxabiv1
 #endif
 
 // NOLINTEND(bugprone-reserved-identifier)

@@ -8,6 +8,7 @@
 #include "core/DebugTrace.h"
 #include "core/Module.h"
 #include "help/Help.h"
+#include "help/ResourceModule.h"
 #include "pages/ControlTexts.h"
 #include "pages/DriverOptions.h"
 #include "pages/SheetFrame.h"
@@ -42,6 +43,7 @@ LONG SwapMethod(LONG method) {
 void FillList(HWND list, UINT firstText, UINT count) {
     const HMODULE module =
         g_sheet.CurrentUIParam ? static_cast<HMODULE>(g_sheet.CurrentUIParam->hModule) : g_hInstance;
+    const ResModuleUse texts(module);
     for (UINT text = firstText; text < firstText + count; ++text)
         SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(LoadText(text, module).c_str()));
 }

@@ -3,7 +3,9 @@
 #include <cwchar>
 
 #include "core/DebugTrace.h"
+#include "core/Module.h"
 #include "help/Help.h"
+#include "help/ResourceModule.h"
 #include "pages/ControlTexts.h"
 #include "pages/DriverOptions.h"
 #include "pages/SheetFrame.h"
@@ -102,6 +104,7 @@ void ShowHistory(HWND page) {
 void OnInit(HWND page) {
     if (!g_sheet.SheetPrimed)
         VisitAllTabs(GetParent(page));
+    const ResModuleUse texts(g_hInstance);
     LocalisePageTitle(page, IDS_OUTPUT_PAGE_TITLE);
     LocaliseControls(page, kTexts);
     ShowPromptChoice(page);

@@ -4,7 +4,9 @@
 #include <prsht.h>
 
 #include "core/DebugTrace.h"
+#include "core/Module.h"
 #include "help/Help.h"
+#include "help/ResourceModule.h"
 #include "pages/ControlTexts.h"
 #include "pages/SheetFrame.h"
 #include "pages/settings/DriverControls.h"
@@ -102,6 +104,7 @@ void OnInit(HWND page) {
     const HWND sheet = GetParent(page);
     if (!g_sheet.SheetPrimed)
         VisitAllTabs(sheet);
+    const ResModuleUse texts(g_hInstance);
     ForgetEdits();
     LocaliseTexts(page);
     FillPaperList(page);
