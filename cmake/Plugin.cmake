@@ -32,6 +32,8 @@ target_compile_options(KZPWriterUI PRIVATE
   $<$<COMPILE_LANGUAGE:CXX>:-Os -ffunction-sections -fdata-sections>)
 target_link_options(KZPWriterUI PRIVATE
   -s -Wl,--gc-sections
+  # What went into it: scripts/bench reads the map.
+  -Wl,-Map,${CMAKE_CURRENT_BINARY_DIR}/KZPWriterUI.map
   # The linker would derive the base from the output's file name; a fixed one keeps builds identical.
   -Wl,--image-base,0x180000000
   -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 
 namespace kzp::bench {
 
@@ -27,6 +28,21 @@ std::string Number(double value) {
     return Format("%.*f", decimals, value);
 }
 
+// Symbols in a Markdown table: their angle brackets and bars are text.
+std::string Escaped(const std::string& text) {
+    std::string result;
+    for (const char character : text) {
+        if (std::strchr("<>|*_", character))
+            result += '\\';
+        result += character;
+    }
+    return result;
+}
+
+std::string Duration(double microseconds) {
+    return microseconds < 10'000 ? Number(microseconds) + " us" : Number(microseconds / 1000) + " ms";
+}
+
 const char* Verdict(double share) {
     return share == 0 ? "" : share <= 1 ? "within" : "OVER";
 }
@@ -34,17 +50,22 @@ const char* Verdict(double share) {
 }  // namespace
 
 void Report::BeginChapter(const std::string& title) {
-    m_chapters.push_back({title, {}, {}});
+    m_chapters.emplace_back().title = title;
 }
 
 void Report::Explain(const std::string& text) {
     m_chapters.back().explanation = text;
 }
 
+void Report::Columns(const std::string& figure, const std::string& reference) {
+    m_chapters.back().figureColumn = figure;
+    m_chapters.back().referenceColumn = reference;
+}
+
 void Report::Add(const std::string& what, const Comparison& comparison, double limit) {
-    m_chapters.back().rows.push_back({what, Number(comparison.ours) + " us", Number(comparison.bare) + " us",
-                                      Format("%.3f", comparison.ratio), Format("%.2f", limit),
-                                      comparison.ratio / limit});
+    m_chapters.back().rows.push_back(
+        {what, Duration(comparison.ours), Duration(comparison.bare), Format("%.3f", comparison.ratio),
+         limit != 0 ? Format("%.2f", limit) : "", limit != 0 ? comparison.ratio / limit : 0});
 }
 
 void Report::Add(const std::string& what, double value, const std::string& unit, double limit) {
@@ -53,12 +74,19 @@ void Report::Add(const std::string& what, double value, const std::string& unit,
                                       limit != 0 ? value / limit : 0});
 }
 
+void Report::AddCount(const std::string& what, double value, double limit) {
+    // Where none is allowed, none shows as a sliver and one is too many.
+    const double share = limit != 0 ? value / limit : value == 0 ? 0.01 : 2;
+    m_chapters.back().rows.push_back({what, Number(value), "", "", Number(limit), share});
+}
+
 void Report::Print() const {
     for (const Chapter& chapter : m_chapters) {
         std::printf("\n%s\n", chapter.title.c_str());
-        std::printf("   %-44s %14s %14s %8s %14s\n", "", "plug-in", "bare calls", "ratio", "limit");
+        std::printf("   %-52s %14s %14s %8s %14s\n", "", chapter.figureColumn.c_str(),
+                    chapter.referenceColumn.c_str(), "ratio", "limit");
         for (const Row& row : chapter.rows)
-            std::printf("   %-44s %14s %14s %8s %14s  %s\n", row.what.c_str(), row.figure.c_str(),
+            std::printf("   %-52.52s %14s %14s %8s %14s  %s\n", row.what.c_str(), row.figure.c_str(),
                         row.reference.c_str(), row.result.c_str(), row.limit.c_str(), Verdict(row.share));
     }
 }
@@ -77,10 +105,11 @@ std::string Report::Markdown() const {
     std::string text = "# What the plug-in costs\n\n![Shares of what is allowed](bench.svg)\n";
     for (const Chapter& chapter : m_chapters) {
         text += "\n## " + chapter.title + "\n\n" + chapter.explanation + "\n\n";
-        text += "| | plug-in | bare calls | ratio | limit | |\n|---|---:|---:|---:|---:|---|\n";
+        text += "| | " + chapter.figureColumn + " | " + chapter.referenceColumn +
+                " | ratio | limit | |\n|---|---:|---:|---:|---:|---|\n";
         for (const Row& row : chapter.rows)
-            text += "| " + row.what + " | " + row.figure + " | " + row.reference + " | " + row.result +
-                    " | " + row.limit + " | " + Verdict(row.share) + " |\n";
+            text += "| " + Escaped(row.what) + " | " + row.figure + " | " + row.reference + " | " +
+                    row.result + " | " + row.limit + " | " + Verdict(row.share) + " |\n";
     }
     return text;
 }

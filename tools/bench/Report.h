@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/bench/Stopwatch.h"
@@ -10,16 +11,26 @@ namespace kzp::bench {
 
 class Report {
   public:
+    // `linkMapPath`: the linker's map of the plug-in, for the chapter that asks for it.
+    explicit Report(std::string linkMapPath) : m_linkMapPath(std::move(linkMapPath)) {}
+    const std::string& LinkMapPath() const { return m_linkMapPath; }
+
     void BeginChapter(const std::string& title);
 
     // One sentence below the chapter's title: what is measured against what.
     void Explain(const std::string& text);
 
-    // Measured side by side; `limit` is the ratio that is still right.
-    void Add(const std::string& what, const Comparison& comparison, double limit);
+    // What stands in the two columns of figures; otherwise the plug-in and its bare calls.
+    void Columns(const std::string& figure, const std::string& reference);
+
+    // Measured side by side; `limit` is the largest ratio that is still right, 0 when there is none.
+    void Add(const std::string& what, const Comparison& comparison, double limit = 0);
 
     // A single figure; `limit` is the largest that is still right, 0 when there is none.
-    void Add(const std::string& what, double value, const std::string& unit, double limit);
+    void Add(const std::string& what, double value, const std::string& unit, double limit = 0);
+
+    // A number of things, of which `limit` are still right.
+    void AddCount(const std::string& what, double value, double limit);
 
     void Print() const;
     bool WithinLimits() const;
@@ -36,9 +47,12 @@ class Report {
     struct Chapter {
         std::string title;
         std::string explanation;
+        std::string figureColumn = "plug-in";
+        std::string referenceColumn = "bare calls";
         std::vector<Row> rows;
     };
 
+    std::string m_linkMapPath;
     std::vector<Chapter> m_chapters;
 };
 
