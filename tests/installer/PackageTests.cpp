@@ -53,6 +53,7 @@ struct Package : testing::Test {
         spooler::ClearFailures();
         spooler::StopLog();
         spooler::RemovePrinter(L"Brimlake KZP Writer");
+        spooler::RemovePrinter(L"Brimlake KZP Writer for 2D");  // another printer of the driver, from a demo
         spooler::RemoveForm(L"User Defined");
         for (const wchar_t* const path : {kDriverKey, kMonitorKey, kProductKey})
             RegDeleteTreeW(HKEY_LOCAL_MACHINE, path);
