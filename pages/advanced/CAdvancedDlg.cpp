@@ -56,6 +56,18 @@ void SetPageTitle(LONG_PTR page, UINT text) {
                              reinterpret_cast<LPARAM>(title.c_str()));
 }
 
+// A themed page is painted with the tab's texture, and the dialog within it otherwise would not be.
+void TakeTabTexture(HWND dialog) {
+    constexpr DWORD kEnableTab = 6;  // ETDT_ENABLETAB
+    using EnableTexture = HRESULT(WINAPI*)(HWND, DWORD);
+    const HMODULE themes = GetModuleHandleW(L"uxtheme.dll");
+    const auto enable = themes ? reinterpret_cast<EnableTexture>(reinterpret_cast<void*>(
+                                     GetProcAddress(themes, "EnableThemeDialogTexture")))
+                               : nullptr;
+    if (enable)
+        (void)enable(dialog, kEnableTab);
+}
+
 std::vector<FontRecord> ReadFontList(size_t most) {
     // A stored list that is longer than the installed fonts is reset by the read itself. The buffer is never
     // null, for a null one asks for the size alone.
@@ -123,6 +135,7 @@ INT_PTR CAdvancedDlg::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 
 void CAdvancedDlg::OnInitDialog() {
     g_sheet.FontsDialog = m_window;
+    TakeTabTexture(m_window);
     SetPageTitle(g_sheet.SettingsPageHandle, IDS_SETTINGS_PAGE_TITLE);
     SetPageTitle(g_sheet.OutputPageHandle, IDS_OUTPUT_PAGE_TITLE);
     FillColourLists();
