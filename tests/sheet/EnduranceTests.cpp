@@ -37,6 +37,12 @@ enum class Lack {
     kRegistry
 };
 
+std::string NameOf(const testing::TestParamInfo<Lack>& lack) {
+    constexpr const char* names[] = {"Nothing", "PlugInItem", "DriverItems", "MostItems", "Heap",
+                                     "Printer", "Handle",     "Record",      "Registry"};
+    return names[static_cast<size_t>(lack.param)];
+}
+
 class Poor : public SheetTest, public testing::WithParamInterface<Lack> {};
 
 // The user edits what there is, applies, and closes with OK.
@@ -83,10 +89,11 @@ TEST_P(Poor, SheetOpensAppliesAndCloses) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Sheets, Poor,
+INSTANTIATE_TEST_SUITE_P(Lacks, Poor,
                          testing::Values(Lack::kNothing, Lack::kPlugInItem, Lack::kDriverItems,
                                          Lack::kMostItems, Lack::kHeap, Lack::kPrinter, Lack::kHandle,
-                                         Lack::kRecord, Lack::kRegistry));
+                                         Lack::kRecord, Lack::kRegistry),
+                         NameOf);
 
 struct Counts {
     size_t handles, blocks, windows;
