@@ -3,14 +3,11 @@
 #pragma once
 
 #include "core/ComCount.h"
+#include "core/KZPPrivateDevMode.h"
 #include "driverkit/prcomoem.h"
 #include "settings/CKZPWriterSettings.h"
 
 namespace kzp {
-
-// Signature ("BRMK") and version that GetInfo reports and that the private device-mode record carries.
-inline constexpr DWORD kWriterSignature = 0x42524D4B;
-inline constexpr DWORD kWriterVersion = 0x03050007;
 
 // One object per session of the driver's user interface, born with one reference for its creator. Operations
 // are called on the driver's own threads; no exception leaves any of them.

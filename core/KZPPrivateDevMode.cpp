@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "core/KZPPrinterUI.h"
-
 namespace kzp {
 
 namespace {

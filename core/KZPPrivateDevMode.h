@@ -7,6 +7,10 @@
 
 namespace kzp {
 
+// Signature ("BRMK") and version that the record carries and that GetInfo reports.
+inline constexpr DWORD kWriterSignature = 0x42524D4B;
+inline constexpr DWORD kWriterVersion = 0x03050007;
+
 // A persisted record of 560 bytes, little-endian, that the driver keeps behind its public DEVMODEW: with the
 // printer, with documents, and on its way between processes and versions. Its offsets are a file format.
 //
