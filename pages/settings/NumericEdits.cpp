@@ -71,7 +71,7 @@ int FilterNumericEdit(HWND page, int controlId) {
     const auto edit = std::ranges::find(kEdits, controlId, &NumericEdit::control);
     if (edit == std::end(kEdits))
         return 1;
-    NumberText typed;
+    NumberText typed = L"";
     GetDlgItemTextW(page, controlId, typed, kNumberChars);
     AnsiNumberText text;
     ToAnsi(typed, text);
@@ -88,20 +88,20 @@ int FilterNumericEdit(HWND page, int controlId) {
 }
 
 bool ValidateNumericEdit(HWND page, int controlId, unsigned minimum) {
-    NumberText text;
+    NumberText text = L"";
     GetDlgItemTextW(page, controlId, text, kNumberChars);
     return IsValidNumber(text, minimum);
 }
 
 void StepUp(HWND page, int controlId, unsigned minimum) {
-    NumberText text, stepped;
+    NumberText text = L"", stepped;
     GetDlgItemTextW(page, controlId, text, kNumberChars);
     StepTextUp(text, minimum, stepped);
     SetDlgItemTextW(page, controlId, stepped);
 }
 
 void StepDown(HWND page, int controlId, unsigned minimum) {
-    NumberText text, stepped;
+    NumberText text = L"", stepped;
     GetDlgItemTextW(page, controlId, text, kNumberChars);
     StepTextDown(text, minimum, stepped);
     SetDlgItemTextW(page, controlId, stepped);
