@@ -62,8 +62,7 @@ DocumentSession::DocumentSession(const PlugIn& plugIn, SessionOptions options)
 }
 
 DocumentSession::~DocumentSession() {
-    m_helper.Watch(nullptr, nullptr, nullptr);
-    m_helper.onAnnouncement = nullptr;
+    m_helper.Retire();
 }
 
 void DocumentSession::PresentItems() {

@@ -4,8 +4,27 @@
 
 namespace driverhost {
 
+namespace {
+
+std::vector<DriverHelper*> g_retired;
+
+}  // namespace
+
 DriverHelper& DriverHelper::Create(bool offersInterface) {
-    return *new DriverHelper(offersInterface);
+    if (g_retired.empty())
+        return *new DriverHelper(offersInterface);
+    DriverHelper& helper = *g_retired.back();
+    g_retired.pop_back();
+    helper.m_offersInterface = offersInterface;
+    helper.m_references = 1;
+    return helper;
+}
+
+void DriverHelper::Retire() {
+    Watch(nullptr, nullptr, nullptr);
+    onAnnouncement = nullptr;
+    m_announcements = {};
+    g_retired.push_back(this);
 }
 
 void DriverHelper::Watch(const void* uiObject, const DriverTree* driver, const DriverTree* plugIn) {

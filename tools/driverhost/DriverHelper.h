@@ -41,8 +41,9 @@ struct DriverHelperSlots : IPrintOemDriverUI {
 class DriverHelper final : public DriverHelperSlots {
   public:
     // A helper stays in memory until the process ends: a plug-in may call the one it was given last at any
-    // time.
+    // time. One that was retired serves again.
     static DriverHelper& Create(bool offersInterface);
+    void Retire();
 
     // What announcements are compared with; null trees while no sheet is open.
     void Watch(const void* uiObject, const DriverTree* driver, const DriverTree* plugIn);
@@ -65,7 +66,7 @@ class DriverHelper final : public DriverHelperSlots {
   private:
     explicit DriverHelper(bool offersInterface) : m_offersInterface(offersInterface) {}
 
-    const bool m_offersInterface;
+    bool m_offersInterface;
     LONG m_references = 1;
     const void* m_uiObject = nullptr;
     const DriverTree* m_driver = nullptr;
