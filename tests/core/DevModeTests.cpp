@@ -7,6 +7,7 @@
 
 #include "core/KZPPrivateDevMode.h"
 #include "core/SignalMapping.h"
+#include "tests/support/EdgeBlock.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/PlugInDll.h"
 #include "tests/support/ScratchRegistry.h"
@@ -24,28 +25,6 @@ BOOL WINAPI ReportVersion(OSVERSIONINFOW* version) {
     version->dwMajorVersion = g_majorVersion;
     return TRUE;
 }
-
-// A block of bytes that ends where an inaccessible page begins: one byte read or written too many is a crash.
-class EdgeBlock {
-  public:
-    explicit EdgeBlock(size_t bytes) {
-        constexpr size_t page = 4096;
-        m_pages =
-            static_cast<BYTE*>(VirtualAlloc(nullptr, 2 * page, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
-        DWORD old = 0;
-        VirtualProtect(m_pages + page, page, PAGE_NOACCESS, &old);
-        m_block = m_pages + page - bytes;
-    }
-    ~EdgeBlock() { VirtualFree(m_pages, 0, MEM_RELEASE); }
-    EdgeBlock(const EdgeBlock&) = delete;
-    EdgeBlock& operator=(const EdgeBlock&) = delete;
-
-    BYTE* Data() const { return m_block; }
-
-  private:
-    BYTE* m_pages;
-    BYTE* m_block;
-};
 
 KZPPrivateDevMode FilledRecord(BYTE filling) {
     KZPPrivateDevMode record;

@@ -12,11 +12,9 @@ struct HostedSheet {
     driverhost::HostSheet sheet;
     driverhost::SheetRun run;
 
-    explicit HostedSheet(driverhost::SessionOptions options = {}, driverhost::SheetOptions shape = {})
-        : plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll")),
-          session(plugIn, std::move(options)),
-          sheet(session, shape),
-          run(sheet) {}
+    explicit HostedSheet(driverhost::SessionOptions options = {}, driverhost::SheetOptions shape = {},
+                         const std::wstring& dll = driverhost::BesideProgram(L"KZPWriterUI.dll"))
+        : plugIn(dll), session(plugIn, std::move(options)), sheet(session, shape), run(sheet) {}
 };
 
 // Options of a session without a printer: its handle is null, and nothing is stored by the spooler.

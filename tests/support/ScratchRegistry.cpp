@@ -38,6 +38,12 @@ ScratchRegistry::~ScratchRegistry() {
     RegDeleteKeyW(HKEY_CURRENT_USER, m_path.c_str());
 }
 
+void DeleteScratchRegistry(DWORD processId) {
+    const std::wstring path = std::wstring(kScratchRoot) + L"\\" + std::to_wstring(processId);
+    RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str());
+    RegDeleteKeyW(HKEY_CURRENT_USER, path.c_str());
+}
+
 std::wstring RegistryValue::Text() const {
     std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
     std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));

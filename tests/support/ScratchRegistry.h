@@ -31,6 +31,9 @@ class ScratchRegistry {
     std::wstring m_path;
 };
 
+// Sweeps up what a process that was ended left behind.
+void DeleteScratchRegistry(DWORD processId);
+
 struct RegistryValue {
     DWORD type;
     std::vector<std::uint8_t> bytes;

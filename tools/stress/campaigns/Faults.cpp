@@ -1,0 +1,196 @@
+// Each platform call of the plug-in refused once, in each public operation.
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+#include "tests/support/MessageBoxes.h"
+#include "tools/driverhost/PrintCommand.h"
+#include "tools/driverhost/Text.h"
+#include "tools/stress/Campaigns.h"
+#include "tools/stress/FailOnce.h"
+#include "tools/stress/World.h"
+
+namespace stress {
+
+namespace {
+
+using driverhost::HostError;
+
+constexpr wchar_t kViewerKey[] = L"SOFTWARE\\Wow6432Node\\Brimlake\\Plansight\\ProductInfo";
+
+// The plug-in loaded afresh, with one call of one function refused.
+class Attempt {
+  public:
+    Attempt(const std::string& function, LONG64 call)
+        : m_plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll")),
+          m_shell(m_plugIn.Module()),
+          m_fail(m_plugIn.Module(), function, call) {}
+
+    const driverhost::PlugIn& PlugIn() const { return m_plugIn; }
+    LONG64 Calls() const { return m_fail.Calls(); }
+
+  private:
+    driverhost::PlugIn m_plugIn;
+    QuietShell m_shell;
+    FailOnce m_fail;
+};
+
+void CreateAndGreet(Run&, const driverhost::PlugIn& plugIn) {
+    const auto object = plugIn.CreateObject();
+    driverhost::PlugInInfo(object.Get(), OEMGI_GETSIGNATURE);
+}
+
+void AskDeviceModes(Run& run, const driverhost::PlugIn& plugIn) {
+    const auto object = plugIn.CreateObject();
+    BYTE in[560] = {}, out[560] = {};
+    const OEM_DMEXTRAHEADER header = {560, 0x42524D4B, 0x03050007};
+    std::memcpy(in, &header, sizeof header);
+    for (DWORD mode = OEMDM_SIZE; mode <= OEMDM_MERGE; ++mode) {
+        OEMDMPARAM param = {};
+        param.cbSize = sizeof param;
+        param.pOEMDMIn = in;
+        param.pOEMDMOut = out;
+        const HRESULT result = object->DevMode(mode, &param);
+        run.Expect(result == S_OK || result == E_FAIL, L"DevMode answers %08lX", result);
+    }
+}
+
+void ShowItemsAndPages(Run& run, const driverhost::PlugIn& plugIn) {
+    driverhost::SessionOptions options;
+    options.features = driverhost::DriverTree::Standard(plugIn.ResourceText(101));
+    driverhost::DocumentSession session(plugIn, std::move(options));
+    session.PresentItems();
+    for (const auto& call : session.CommonUIPropCalls())
+        run.Expect(call.result == S_OK || FAILED(call.result), L"CommonUIProp answers %08lX", call.result);
+    PROPSHEETUI_INFO info = {};
+    info.cbSize = sizeof info;
+    info.Version = PROPSHEETUI_INFO_VERSION;
+    info.pfnComPropSheet = TakeEverything;
+    run.Expect(session.Object()->DocumentPropertySheets(&info, 0) == S_OK, L"no pages");
+    session.TellCallback(CPSUICB_REASON_APPLYNOW, nullptr);
+}
+
+void PrintOne(Run& run, const driverhost::PlugIn& plugIn) {
+    const auto object = plugIn.CreateObject();
+    for (const auto& call : driverhost::PrintDocument(object.Get(), nullptr, L"A document").calls)
+        run.Expect(call.result == S_OK, L"event %d fails: the document is lost", call.event);
+}
+
+struct Operation {
+    const wchar_t* name;
+    void (*perform)(Run&, const driverhost::PlugIn&);
+};
+constexpr Operation kOperations[] = {{L"creation", CreateAndGreet},
+                                     {L"device modes", AskDeviceModes},
+                                     {L"items and pages", ShowItemsAndPages},
+                                     {L"a document", PrintOne}};
+
+// Answers how often the operation calls the function. A host may be refused; nothing else may happen.
+LONG64 Perform(Run& run, const Operation& operation, const std::string& function, LONG64 call) {
+    const kzp::test::MessageBoxes boxes;
+    run.Doing(L"%ls: call %lld of %hs refused", operation.name, call, function.c_str());
+    const Attempt attempt(function, call);
+    try {
+        operation.perform(run, attempt.PlugIn());
+    } catch (const HostError&) {
+        run.Expect(call != 0, L"%ls fails by itself", operation.name);
+    }
+    return attempt.Calls();
+}
+
+// A whole journey: open, edit a little, OK.
+LONG64 PerformSheet(Run& run, const std::string& function, LONG64 call) {
+    run.Doing(L"a sheet: call %lld of %hs refused", call, function.c_str());
+    kzp::test::HostedSheet host;
+    const QuietShell shell(host.plugIn.Module());
+    const FailOnce fail(host.plugIn.Module(), function, call);
+    const auto closed = PlaySheet(
+        host,
+        [&](driverhost::SheetUser& user) {
+            for (int edit = 0; edit < 4; ++edit)
+                EditAtRandom(user, run.Random());
+        },
+        Ending::kOk);
+    run.Expect(closed.has_value() || call != 0, L"the sheet fails by itself");
+    return fail.Calls();
+}
+
+void RefuseEachCall(Run& run, const Operation& operation, const std::string& function, LONG64 most) {
+    const LONG64 calls = Perform(run, operation, function, 0);
+    for (LONG64 call = 1; call <= std::min(calls, most); ++call) {
+        Perform(run, operation, function, call);
+        run.Tried();
+    }
+}
+
+// The first call, and some of the others: a sheet takes a while.
+void RefuseSomeCalls(Run& run, const std::string& function, int times) {
+    const LONG64 calls = PerformSheet(run, function, 0);
+    for (LONG64 time = 0; time < std::min<LONG64>(calls, times); ++time) {
+        PerformSheet(run, function, time == 0 ? 1 : 1 + run.Random().Below(static_cast<int>(calls)));
+        run.Tried();
+    }
+}
+
+struct Target {
+    std::string function;
+    bool wholeSheet;
+};
+
+// Played before the counting begins: refused, these themselves do not give back what they should, and the
+// run-time loses its lock for exceptions when it is unloaded after the first one, which only a lack of memory
+// brings about.
+bool LeavesSomethingBehind(const std::string& function) {
+    static constexpr const char* kFunctions[] = {
+        "CloseHandle",       "FindClose",         "FreeLibrary",     "GlobalFree",         "GlobalHandle",
+        "HeapFree",          "LocalFree",         "RegCloseKey",     "ClosePrinter",       "ReleaseDC",
+        "GetWindowLongPtrW", "SetWindowLongPtrW", "UnmapViewOfFile", "CloseServiceHandle", "malloc"};
+    return std::any_of(std::begin(kFunctions), std::end(kFunctions),
+                       [&](const char* one) { return function == one; });
+}
+
+}  // namespace
+
+void Faults(Run& run) {
+    const kzp::test::ScratchRegistry registry;
+    SetUpPrinter();
+    kzp::test::WriteText(HKEY_LOCAL_MACHINE, kzp::test::kProductKey, L"HelpFilePath", L"C:\\KZP\\writer.chm");
+    kzp::test::WriteText(HKEY_LOCAL_MACHINE, kViewerKey, L"Location", L"C:\\windows\\");
+    kzp::test::WriteDword(HKEY_LOCAL_MACHINE, kzp::test::kQueueKey, L"Attributes", 0x40);
+
+    std::vector<Import> imports;
+    {
+        const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+        imports = ImportsOf(plugIn.Module());
+    }
+    const size_t all = imports.size();
+    std::erase_if(imports, [](const Import& import) { return WhySpared(import) != nullptr; });
+    run.Figures(L"refused calls of %zu imports; %zu are spared", imports.size(), all - imports.size());
+
+    // In brief only memory is refused to whole sheets.
+    std::vector<Target> targets;
+    for (const Import& import : imports) {
+        targets.push_back({import.function, false});
+        if (!run.Brief() || import.function == "malloc")
+            targets.push_back({import.function, true});
+    }
+    const auto counted = std::stable_partition(targets.begin(), targets.end(), [](const Target& target) {
+        return LeavesSomethingBehind(target.function);
+    });
+
+    for (const Operation& operation : kOperations)
+        Perform(run, operation, "malloc", 0);
+    WarmUpSheets();
+    for (run.Begin(static_cast<LONG64>(targets.size()), counted - targets.begin()); run.Next();) {
+        const Target& target = targets[static_cast<size_t>(run.Iteration())];
+        if (target.wholeSheet) {
+            RefuseSomeCalls(run, target.function,
+                            static_cast<int>(target.function == "malloc" ? run.Either(40, 2) : 4));
+            continue;
+        }
+        for (const Operation& operation : kOperations)
+            RefuseEachCall(run, operation, target.function, run.Either(60, 2));
+    }
+}
+
+}  // namespace stress
