@@ -1,0 +1,137 @@
+#include <windows.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <string>
+
+#include "core/DebugTrace.h"
+
+// The C library's own functions take wide characters for four bytes.
+extern "C" {
+
+size_t wcsnlen(const wchar_t* text, size_t most) {
+    size_t length = 0;
+    while (length < most && text[length])
+        ++length;
+    return length;
+}
+
+size_t wcslen(const wchar_t* text) {
+    return wcsnlen(text, SIZE_MAX);
+}
+
+wchar_t* wmemcpy(wchar_t* to, const wchar_t* from, size_t count) {
+    return static_cast<wchar_t*>(std::memcpy(to, from, count * sizeof(wchar_t)));
+}
+
+wchar_t* wmemmove(wchar_t* to, const wchar_t* from, size_t count) {
+    return static_cast<wchar_t*>(std::memmove(to, from, count * sizeof(wchar_t)));
+}
+
+wchar_t* wmemset(wchar_t* to, wchar_t character, size_t count) {
+    return std::fill_n(to, count, character), to;
+}
+
+int wmemcmp(const wchar_t* left, const wchar_t* right, size_t count) {
+    for (; count > 0; --count, ++left, ++right) {
+        if (*left != *right)
+            return *left < *right ? -1 : 1;
+    }
+    return 0;
+}
+
+wchar_t* wmemchr(const wchar_t* text, wchar_t wanted, size_t count) {
+    const wchar_t* const end = text + count;
+    const wchar_t* const found = std::find(text, end, wanted);
+    return found == end ? nullptr : const_cast<wchar_t*>(found);
+}
+
+wchar_t* wcsrchr(const wchar_t* text, wchar_t wanted) {
+    for (size_t at = wcslen(text) + 1; at > 0; --at) {
+        if (text[at - 1] == wanted)
+            return const_cast<wchar_t*>(text + at - 1);
+    }
+    return nullptr;
+}
+}
+
+// Code page 1252 for what it shares with Latin-1, "?" for the rest.
+int WideCharToMultiByte(UINT, DWORD, PCWSTR text, int, char* bytes, int room, const char*, BOOL*) {
+    int written = 0;
+    do {
+        if (written == room)
+            return 0;
+        bytes[written++] = static_cast<char>(*text < 0x100 ? *text : '?');
+    } while (*text++);
+    return written;
+}
+
+int lstrcmpiW(PCWSTR left, PCWSTR right) {
+    const auto lower = [](wchar_t c) { return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c + 32) : c; };
+    for (; *left && lower(*left) == lower(*right); ++left, ++right) {
+    }
+    return lower(*left) - lower(*right);
+}
+
+// Only ever "%u".
+int wsprintfW(PWSTR text, PCWSTR format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    const std::string digits = std::to_string(va_arg(arguments, unsigned));
+    va_end(arguments);
+    *std::copy(digits.begin(), digits.end(), text) = L'\0';
+    return static_cast<int>(digits.size());
+}
+
+double _wtof(PCWSTR text) {
+    std::string narrow;
+    for (; *text; ++text)
+        narrow += static_cast<char>(*text < 0x80 ? *text : '?');
+    return std::atof(narrow.c_str());
+}
+
+// As the Windows run-time: rounded digits without a point, none for what rounds to nothing before the
+// decimals.
+int _fcvt_s(char* digits, size_t room, double value, int decimals, int* point, int* sign) {
+    char text[512];
+    const int length = std::snprintf(text, sizeof text, "%.*f", decimals, value);
+    *sign = text[0] == '-';
+    std::string all;
+    *point = 0;
+    bool behind = false;
+    for (int at = *sign; at < length; ++at) {
+        if (text[at] == '.') {
+            behind = true;
+            continue;
+        }
+        if (all.empty() && text[at] == '0') {
+            *point -= behind;
+            continue;
+        }
+        all += text[at];
+        *point += !behind;
+    }
+    if (all.size() >= room)
+        return ERANGE;
+    std::memcpy(digits, all.c_str(), all.size() + 1);
+    return 0;
+}
+
+int EnumFontFamiliesW(HDC, PCWSTR, FONTENUMPROCW, LPARAM) {
+    return 1;
+}
+
+namespace kzp {
+
+bool DebugTrace(const wchar_t*, ...) {
+    return true;
+}
+
+void TraceException(const wchar_t*, const wchar_t*, int) {}
+
+}  // namespace kzp
