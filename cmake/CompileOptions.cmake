@@ -17,10 +17,22 @@ set(KZP_WARNINGS
   -Wconversion -Wsign-conversion -Wshadow -Wundef
   # No -Wnon-virtual-dtor: a COM interface must not have a virtual destructor, it would be a slot.
   -Woverloaded-virtual
-  -Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wformat=2
+  -Wformat=2
 )
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  list(APPEND KZP_WARNINGS -Wduplicated-cond -Wduplicated-branches -Wlogical-op)
+endif()
 
 # The project's own code is compiled with every warning as an error; googletest is not ours.
 function(kzp_strict target)
   target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${KZP_WARNINGS}>)
+endfunction()
+
+# Undefined behaviour ends the program where it happens, and so does an index outside a container.
+function(kzp_trap_faults target)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(${target} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:
+      -fsanitize=undefined,float-cast-overflow -fsanitize-undefined-trap-on-error>)
+    target_compile_definitions(${target} PRIVATE _GLIBCXX_ASSERTIONS)
+  endif()
 endfunction()

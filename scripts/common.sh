@@ -55,10 +55,42 @@ build_delivered() {
     ls -l dist/KZPWriterUI.dll dist/KZPWriterRes.dll | awk '{ printf "   %s  %d bytes\n", $NF, $5 }'
 }
 
-build_tools() {
+# build_plugin PRESET: the plug-in as that preset makes it (cmake --list-presets), in build/PRESET/dist.
+build_plugin() {
+    say "Building the plug-in of preset $1"
+    logged "build/$1-configure.log" cmake --preset "$1"
+    logged "build/$1-build.log" cmake --build --preset "$1"
+}
+
+build_tools() { # [PRESET]
     say "Building the driver host, the stand-ins and the tests"
-    logged build/tests-configure.log cmake --preset tests
-    logged build/tests-build.log cmake --build --preset tests
+    logged "build/${1:-tests}-configure.log" cmake --preset "${1:-tests}"
+    logged "build/${1:-tests}-build.log" cmake --build --preset "${1:-tests}"
+}
+
+# build_tools_for PRESET: the tests, with that preset's plug-in beside them instead of the delivered one.
+build_tools_for() {
+    build_delivered
+    build_tools
+    build_plugin "$1"
+    cp "build/$1/dist/KZPWriterUI.dll" build/tests/bin/
+}
+
+restore_delivered() { cp dist/KZPWriterUI.dll build/tests/bin/; }
+
+# run_tests FOLDER [CTEST ARGUMENT...]: the tests of a build folder; sets $passed and $failed.
+run_tests() {
+    tests=$1
+    shift
+    say "Running the tests"
+    # Synthesised key presses go through the X server; when it is late, as on a busy machine, they are lost. A second
+    # try tells that from a fault.
+    (cd "$tests" && timeout 2400 ctest -j2 --output-on-failure --no-tests=error --repeat until-pass:2 "$@" 2>&1 9>&- </dev/null || :) |
+        tee "$tests/ctest.log"
+    total=$(sed -n 's/^.* tests failed out of \([0-9]*\)$/\1/p' "$tests/ctest.log")
+    failed=$(sed -n 's/^.* \([0-9]*\) tests failed out of [0-9]*$/\1/p' "$tests/ctest.log")
+    [ -n "$total" ] || fail "the tests did not run to their end"
+    passed=$((total - failed))
 }
 
 # Everything that runs under Wine runs in a prefix of the project's own, below build/. Set DISPLAY is used only when
@@ -72,7 +104,8 @@ wine_environment() {
     export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d;winspool.drv=n,b"
 }
 
-start_wine() {
+start_wine() { # [FOLDER of the tests' programs]
+    tools=${1:-build/tests}
     wine_environment
     exec 9>"$wine_root/lock"
     flock 9 # one run at a time: they share the prefix's registry and desktop
@@ -109,8 +142,8 @@ start_wine() {
     wineserver -p 9>&-
     # Services start here, away from the pipes of whoever reads our output.
     timeout 120 wineboot >/dev/null 2>&1 9>&- </dev/null || fail "Wine did not start"
-    if [ -f build/tests/bin/keepdesktop.exe ]; then
-        timeout 120 wine build/tests/bin/keepdesktop.exe >/dev/null 2>&1 9>&- </dev/null || fail "Wine's desktop did not start"
+    if [ -f "$tools/bin/keepdesktop.exe" ]; then
+        timeout 120 wine "$tools/bin/keepdesktop.exe" >/dev/null 2>&1 9>&- </dev/null || fail "Wine's desktop did not start"
     fi
 }
 

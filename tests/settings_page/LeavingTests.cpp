@@ -58,7 +58,7 @@ TEST_F(Leaving, TurnsThePaperWithTheOrientation) {
 TEST_F(Leaving, HoldsTheCustomSizeToItsLimits) {
     for (const auto& [text, returns] : {std::pair{L"0.99", true}, {L"", true}, {L"1", false}}) {
         ChooseCustomPaper();
-        ExpectReturn([text](SheetUser& user) { user.Type(IDC_WIDTH, text); }, returns);
+        ExpectReturn([text = text](SheetUser& user) { user.Type(IDC_WIDTH, text); }, returns);
     }
 }
 

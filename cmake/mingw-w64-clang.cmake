@@ -1,0 +1,13 @@
+# Second compiler: Debian's clang for the same target, with the headers and libraries of the same mingw-w64 packages.
+# clang compiles; g++ links, for it knows where they are. Its notes on duplicate sections of different size are harmless:
+# both compilers wrote the type names of the same exceptions.
+include(${CMAKE_CURRENT_LIST_DIR}/mingw-w64.cmake)
+
+set(KZP_LINKER_DRIVER ${CMAKE_CXX_COMPILER})
+set(CMAKE_CXX_COMPILER clang++)
+set(CMAKE_CXX_COMPILER_TARGET ${KZP_TARGET_TRIPLE})
+set(kzp_headers /usr/lib/gcc/${KZP_TARGET_TRIPLE}/12-${KZP_THREAD_MODEL}/include/c++)
+set(CMAKE_CXX_FLAGS_INIT
+  "-nostdinc++ -isystem ${kzp_headers} -isystem ${kzp_headers}/${KZP_TARGET_TRIPLE}")
+set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
+set(CMAKE_USER_MAKE_RULES_OVERRIDE_CXX ${CMAKE_CURRENT_LIST_DIR}/LinkByGcc.cmake)
