@@ -10,7 +10,8 @@ namespace {
 
 constexpr DWORD kLimitMilliseconds = 80'000;
 
-DWORD WINAPI Watchdog(void*) {
+DWORD WINAPI Watchdog(void* started) {
+    SetEvent(started);
     Sleep(kLimitMilliseconds);
     std::fputs("The test program hangs; it is ended.\n", stderr);
     std::fflush(stderr);
@@ -23,7 +24,12 @@ DWORD WINAPI Watchdog(void*) {
 int main(int count, char** arguments) {
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     testing::InitGoogleTest(&count, arguments);
-    if (!IsDebuggerPresent() && !std::getenv("KZP_LONG_RUN"))
-        CloseHandle(CreateThread(nullptr, 0, Watchdog, nullptr, 0, nullptr));
+    if (!IsDebuggerPresent() && !std::getenv("KZP_LONG_RUN")) {
+        // A thread's start allocates: tests that count blocks come behind it.
+        const HANDLE started = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+        CloseHandle(CreateThread(nullptr, 0, Watchdog, started, 0, nullptr));
+        WaitForSingleObject(started, INFINITE);
+        CloseHandle(started);
+    }
     return RUN_ALL_TESTS();
 }
