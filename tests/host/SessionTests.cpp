@@ -80,20 +80,6 @@ TEST_F(SessionTest, WritesDownAnnouncements) {
     EXPECT_FALSE(calls[3].rightSheet);
 }
 
-TEST_F(SessionTest, ARefusedHelperLeavesNoReferenceBehind) {
-    SessionOptions options = NoPrinter();
-    options.offersHelper = false;
-    DocumentSession session(plugIn, std::move(options));
-    EXPECT_EQ(session.Published(), E_NOINTERFACE);
-    EXPECT_EQ(session.Helper().References(), 1);
-}
-
-TEST_F(SessionTest, OfferedHelperIsKeptByObjectAndModule) {
-    DocumentSession session(plugIn, NoPrinter());
-    EXPECT_EQ(session.Published(), S_OK);
-    EXPECT_EQ(session.Helper().References(), 3);
-}
-
 TEST(DriverTreeTest, StandsAsThePlugInCountsOnIt) {
     DriverTree tree = DriverTree::Standard(L"Some name");
     EXPECT_EQ(tree.PositionOf(tree.Find("PaperSize")), 0);
