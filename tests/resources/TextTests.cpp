@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cwctype>
-#include <set>
 
 #include "resources/resource.h"
 #include "tests/resources/Delivered.h"
@@ -44,15 +43,6 @@ TEST(Texts, AllAreThereAndFitTheBuffersOfTheirCallers) {
     }
 }
 
-TEST(Texts, NumbersTheCallersDoNotKnowAreNotThere) {
-    std::set<UINT> known;
-    for (const Range& range : kTexts)
-        for (UINT id = range.first; id <= range.last; ++id)
-            known.insert(id);
-    for (UINT id = 0; id < 4096; ++id)
-        EXPECT_TRUE(known.contains(id) || TextOf(TextsFile(), id).empty()) << id;
-}
-
 TEST(Texts, ThePlugInItselfKeepsTwoThatSayTheSame) {
     ASSERT_NE(nullptr, PluginFile());
     for (UINT id = 0; id < 4096; ++id) {
@@ -60,12 +50,6 @@ TEST(Texts, ThePlugInItselfKeepsTwoThatSayTheSame) {
         const bool kept = id == IDS_OUTPUT_HEADING || id == IDS_DOCUMENTS_LOCATION;
         EXPECT_EQ(kept ? TextOf(TextsFile(), id) : std::wstring(), text) << id;
     }
-}
-
-TEST(Texts, TheHelpFileIsANameWithoutAFolder) {
-    const std::wstring name = TextOf(TextsFile(), IDS_ITEM_HELP_FILE);
-    EXPECT_EQ(std::wstring::npos, name.find_first_of(L"\\/:"));
-    EXPECT_TRUE(name.ends_with(L".chm")) << Narrow(name);
 }
 
 }  // namespace
