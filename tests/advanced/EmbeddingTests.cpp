@@ -1,7 +1,7 @@
 // The dialog's place in the driver's page, the notice that takes it in one restricted process, and the next
 // sheet.
 #include "tests/advanced/FontsDialog.h"
-#include "tools/driverhost/SheetRun.h"
+#include "tests/support/HostedSheet.h"
 
 namespace kzp::test {
 namespace {
@@ -78,17 +78,13 @@ TEST_F(FontsDialog, EverySheetGetsItsOwnDialogAndItsPagesTheirTitles) {
     Store({L"Alpha"});
     for (int round = 0; round < 2; ++round) {
         SCOPED_TRACE(round);
-        driverhost::SessionOptions options;
-        options.needsPrinter = false;
-        session = std::make_unique<driverhost::DocumentSession>(plugIn, std::move(options));
-        driverhost::HostSheet real(*session);
-        driverhost::SheetRun run(real);
-        run.Add([&](driverhost::SheetUser& user) {
-            EXPECT_EQ(plugIn.ResourceText(618), real.TabText(1));
-            EXPECT_EQ(plugIn.ResourceText(509), real.TabText(2));
+        HostedSheet host(NoPrinter());
+        host.run.Add([&](driverhost::SheetUser& user) {
+            EXPECT_EQ(plugIn.ResourceText(618), host.sheet.TabText(1));
+            EXPECT_EQ(plugIn.ResourceText(509), host.sheet.TabText(2));
             user.ClickTab(0);
         });
-        run.Add([](driverhost::SheetUser& user) {
+        host.run.Add([](driverhost::SheetUser& user) {
             EXPECT_TRUE(user.Visible(IDC_FONT_LIST));
             EXPECT_TRUE(user.Checked(IDC_FONTS_SELECT));
             // What the template hides stays hidden.
@@ -97,15 +93,15 @@ TEST_F(FontsDialog, EverySheetGetsItsOwnDialogAndItsPagesTheirTitles) {
                 EXPECT_FALSE(user.Visible(id)) << id;
             user.ClickTab(2);
         });
-        run.Add([](driverhost::SheetUser& user) { user.ClickTab(0); });
-        run.Add([](driverhost::SheetUser& user) {
+        host.run.Add([](driverhost::SheetUser& user) { user.ClickTab(0); });
+        host.run.Add([](driverhost::SheetUser& user) {
             const HWND dialogs = GetParent(user.Find(IDC_FONT_LIST));
             EXPECT_EQ(nullptr, FindWindowExW(GetParent(dialogs), dialogs, L"#32770", nullptr))
                 << "a second activation embeds nothing more";
             user.CheckItem(IDC_FONT_LIST, L"Beta", true);
             user.Ok();
         });
-        EXPECT_EQ(CPSUI_OK, run.Show());
+        EXPECT_EQ(CPSUI_OK, host.run.Show());
         EXPECT_EQ((std::vector<std::wstring>{L"Alpha", L"Beta"}), StoredNames());
     }
 }

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "tests/support/HostedSheet.h"
+
 namespace kzp::test {
 namespace {
 
@@ -206,11 +208,7 @@ TEST_F(FontsDialog, WithoutADialogTheCommitKeepsWhatIsStored) {
     Install({L"Alpha"});
     Store({L"Alpha", L"Beta", L"Gamma"});
     const std::vector<BYTE> before = StoredBytes();
-    session = std::make_unique<driverhost::DocumentSession>(plugIn, [] {
-        SessionOptions options;
-        options.needsPrinter = false;
-        return options;
-    }());
+    session = std::make_unique<driverhost::DocumentSession>(plugIn, NoPrinter());
     session->PresentItems();
     Commit();
     EXPECT_EQ(before, StoredBytes());

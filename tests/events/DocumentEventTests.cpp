@@ -241,15 +241,10 @@ TEST(StartOfDocument, GoesOnWhenACompanionIsGone) {
 TEST(StartOfDocument, GoesOnWithoutSettings) {
     PrintingMachine machine;
     machine.InstallViewer();
-    // No lasting key can be made below a volatile one: neither value is stored and the option cannot be read.
-    HKEY volatileKey = nullptr;
-    RegCreateKeyExW(HKEY_CURRENT_USER, L"Volatile", 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr,
-                    &volatileKey, nullptr);
-    RegOverridePredefKey(HKEY_CURRENT_USER, volatileKey);
+    ScratchRegistry::RefuseUserKeys();  // neither value is stored and the option cannot be read
     EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
     EXPECT_FALSE(KeyExists(HKEY_CURRENT_USER, kSettingsKey));
     EXPECT_EQ("1 0", machine.Running());
-    RegCloseKey(volatileKey);
 }
 
 // --- the process that prints

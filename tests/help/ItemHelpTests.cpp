@@ -42,18 +42,6 @@ struct ItemHelp : testing::Test {
     OPTITEM item = {};
 };
 
-TEST_F(ItemHelp, NamesTheFileInTheDriversDirectory) {
-    EXPECT_TRUE(Attach());
-    ASSERT_NE(nullptr, item.pOIExt);
-    EXPECT_EQ(sizeof(OIEXT), item.pOIExt->cbSize);
-    ASSERT_NE(nullptr, item.pOIExt->pHelpFile);
-    const std::wstring file = item.pOIExt->pHelpFile;
-    EXPECT_NE(std::wstring::npos, file.find(L"\\spool\\drivers\\x64\\3\\")) << "the driver's directory";
-    EXPECT_EQ(L"kzpwriter.chm", file.substr(file.rfind(L'\\') + 1));
-    EXPECT_EQ((file.size() + 1) * sizeof(wchar_t), HeapSize(heap, 0, item.pOIExt->pHelpFile));
-    ExpectMarked();
-}
-
 TEST_F(ItemHelp, KeepsAnExtensionThatTheDriverBrought) {
     OIEXT own = {};
     own.cbSize = sizeof own;
@@ -73,15 +61,6 @@ TEST_F(ItemHelp, WithoutTheDriversPathHasNoFileButIsMarked) {
     spooler::FailCall(L"GetPrinterDriverW", ERROR_INSUFFICIENT_BUFFER);
     EXPECT_TRUE(Attach()) << "a block that is never large enough is not asked for without end";
     EXPECT_EQ(nullptr, item.pOIExt->pHelpFile);
-}
-
-TEST_F(ItemHelp, GivesUpWithoutAHeapOrWithoutTexts) {
-    EXPECT_FALSE(SetItemHelp(printer, nullptr, GetModuleHandleW(nullptr), &item, 15001, IDS_ITEM_HELP_FILE));
-    EXPECT_FALSE(
-        SetItemHelp(printer, heap, GetModuleHandleW(L"kernel32.dll"), &item, 15001, IDS_ITEM_HELP_FILE))
-        << "no resource module stands beside that one";
-    EXPECT_EQ(0u, item.Flags);
-    g_cResModuleUses = 0;
 }
 
 }  // namespace

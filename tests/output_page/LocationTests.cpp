@@ -23,7 +23,7 @@ TEST_F(OutputPage, OpensOnTheStoredFolderWhileItCanBeEntered) {
         {folders.File(L"vanished"), false},
         {L"Q:\\no such drive", false},
         {std::wstring(1000, L'x'), false},
-        {Documents(), false},
+        {DocumentsFolder(), false},
         {Folder(L"plain"), true},
         {Folder(L"\x4E2D\x6587 \x0416\x00E4"), true},
         {longest, CreateDirectoryW(longest.c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS},
@@ -38,7 +38,7 @@ TEST_F(OutputPage, OpensOnTheStoredFolderWhileItCanBeEntered) {
             EXPECT_EQ(expected.isUserFolder, user.Enabled(IDC_FOLDER));
             EXPECT_EQ(expected.isUserFolder, user.Enabled(IDC_BROWSE));
             EXPECT_EQ(expected.isUserFolder ? expected.stored : before, CurrentFolder());
-            EXPECT_EQ(expected.isUserFolder ? expected.stored : Documents(), Stored(L"DefaultDir"))
+            EXPECT_EQ(expected.isUserFolder ? expected.stored : DocumentsFolder(), Stored(L"DefaultDir"))
                 << "at once";
         }});
         EXPECT_TRUE(boxes.empty());
@@ -87,14 +87,13 @@ TEST_F(OutputPage, TheChoiceOfLocationIsAnnouncedAndTheDocumentsFolderWrittenAtO
             EXPECT_TRUE(user.ApplyEnabled());
             EXPECT_FALSE(user.Enabled(IDC_FOLDER));
             EXPECT_FALSE(user.Enabled(IDC_BROWSE));
-            EXPECT_EQ(Documents(), Stored(L"DefaultDir"));
+            EXPECT_EQ(DocumentsFolder(), Stored(L"DefaultDir"));
             DisableApply(user);
             user.Click(IDC_USER_LOCATION);
             EXPECT_TRUE(user.ApplyEnabled());
             EXPECT_TRUE(user.Enabled(IDC_FOLDER));
             EXPECT_TRUE(user.Enabled(IDC_BROWSE));
         }});
-        const auto& announcements = session->Helper().Announcements();
         ASSERT_EQ(item ? 2u : 0u, announcements.size());
         for (size_t index = 0; index < announcements.size(); ++index) {
             EXPECT_TRUE(announcements[index].plugInItem);
@@ -103,7 +102,7 @@ TEST_F(OutputPage, TheChoiceOfLocationIsAnnouncedAndTheDocumentsFolderWrittenAtO
             EXPECT_EQ(0u, announcements[index].previous);
             EXPECT_EQ(DWORD{OEMCUIP_DOCPROP}, announcements[index].mode);
         }
-        EXPECT_EQ(Documents(), Stored(L"DefaultDir")) << "cancelling does not take it back";
+        EXPECT_EQ(DocumentsFolder(), Stored(L"DefaultDir")) << "cancelling does not take it back";
         Store(L"DefaultDir", mine);
     }
 }

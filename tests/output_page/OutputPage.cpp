@@ -1,7 +1,5 @@
 #include "tests/output_page/OutputPage.h"
 
-#include <shlobj.h>
-
 #include "tools/driverhost/Text.h"
 
 namespace kzp::test {
@@ -16,21 +14,19 @@ OutputPage::~OutputPage() {
 }
 
 void OutputPage::Show(std::initializer_list<Step> steps) {
-    driverhost::SessionOptions options;
-    options.needsPrinter = false;
+    driverhost::SessionOptions options = NoPrinter();
     options.plugInItem = plugInItem;
-    session = std::make_unique<driverhost::DocumentSession>(plugIn, std::move(options));
-    driverhost::HostSheet sheet(*session);
-    driverhost::SheetRun run(sheet);
-    run.Add([](SheetUser& user) { user.ClickTab(2); });
+    HostedSheet host(std::move(options));
+    host.run.Add([](SheetUser& user) { user.ClickTab(2); });
     for (const Step& step : steps)
-        run.Add([&run, step](SheetUser& user) { step(user, run); });
+        host.run.Add([&host, step](SheetUser& user) { step(user, host.run); });
     try {
-        run.Show();
+        host.run.Show();
     } catch (const driverhost::HostError& error) {
         ADD_FAILURE() << driverhost::Utf8(error.text);
     }
-    boxes = run.Boxes();
+    boxes = host.run.Boxes();
+    announcements = host.session.Helper().Announcements();
 }
 
 void OutputPage::Store(const wchar_t* name, const std::wstring& text) {
@@ -48,16 +44,6 @@ std::wstring OutputPage::Folder(const std::wstring& name) const {
     return path;
 }
 
-std::wstring OutputPage::Documents() {
-    wchar_t path[MAX_PATH] = {};
-    LPITEMIDLIST items = nullptr;
-    if (SUCCEEDED(SHGetSpecialFolderLocation(nullptr, CSIDL_PERSONAL, &items))) {
-        SHGetPathFromIDListW(items, path);
-        CoTaskMemFree(items);
-    }
-    return path;
-}
-
 std::wstring OutputPage::CurrentFolder() {
     wchar_t path[1024] = {};
     GetCurrentDirectoryW(1024, path);
@@ -72,14 +58,7 @@ std::wstring OutputPage::History(const std::vector<std::wstring>& folders) {
 }
 
 std::vector<std::wstring> Listed(const SheetUser& user) {
-    const HWND list = user.Find(IDC_FOLDER);
-    std::vector<std::wstring> entries;
-    for (WPARAM index = 0; index < static_cast<WPARAM>(SendMessageW(list, CB_GETCOUNT, 0, 0)); ++index) {
-        std::wstring text(static_cast<size_t>(SendMessageW(list, CB_GETLBTEXTLEN, index, 0)), L'\0');
-        SendMessageW(list, CB_GETLBTEXT, index, reinterpret_cast<LPARAM>(text.data()));
-        entries.push_back(text);
-    }
-    return entries;
+    return ListEntries(user, IDC_FOLDER);
 }
 
 int SelectedIndex(const SheetUser& user) {

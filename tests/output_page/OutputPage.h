@@ -5,8 +5,8 @@
 
 #include "resources/resource.h"
 #include "tests/support/Files.h"
+#include "tests/support/HostedSheet.h"
 #include "tests/support/ScratchRegistry.h"
-#include "tools/driverhost/SheetRun.h"
 
 namespace kzp::test {
 
@@ -25,7 +25,6 @@ class OutputPage : public testing::Test {
     static std::wstring Stored(const wchar_t* name);
 
     std::wstring Folder(const std::wstring& name) const;  // makes it
-    static std::wstring Documents();                      // as the shell spells it here
     static std::wstring CurrentFolder();
     // Paths joined as the history stores them.
     static std::wstring History(const std::vector<std::wstring>& folders);
@@ -36,7 +35,7 @@ class OutputPage : public testing::Test {
     bool plugInItem = true;  // whether the driver passes the plug-in's own item
 
     // Of the latest sheet.
-    std::unique_ptr<driverhost::DocumentSession> session;
+    std::vector<driverhost::Announcement> announcements;
     std::vector<driverhost::SeenBox> boxes;
 
   private:

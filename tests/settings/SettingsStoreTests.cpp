@@ -139,12 +139,7 @@ TEST_F(Settings, InstallDirAloneIsReadFromTheMachine) {
 }
 
 TEST_F(Settings, WithoutRightsReadsAndWritesFailQuietly) {
-    // A volatile root refuses every non-volatile key below it.
-    HKEY root = nullptr;
-    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, L"Volatile", 0, nullptr, REG_OPTION_VOLATILE,
-                                             KEY_ALL_ACCESS, nullptr, &root, nullptr));
-    ASSERT_EQ(ERROR_SUCCESS, RegOverridePredefKey(HKEY_CURRENT_USER, root));
-    RegCloseKey(root);
+    ScratchRegistry::RefuseUserKeys();
     std::wstring text = L"poison";
     DWORD number = 77, count = 0;
     EXPECT_EQ(0, ReadStringSetting(kDefaultDir, text));

@@ -33,41 +33,6 @@ class Applying : public SettingsPageTest {
     }
 };
 
-TEST_F(Applying, HandsOverTheChoicesTheMarginsAndTheForm) {
-    ChooseCustomPaper();
-    Open({
-        [](HostedSheet&, SheetUser& user) {
-            user.Type(IDC_LEFT, L"0.1");
-            user.Type(IDC_BOTTOM, L"2");
-            user.Click(IDC_OUTPUT_KZP);
-            user.Check(IDC_DISPLAY_IN_VIEWER, false);
-            user.Apply();
-        },
-        [](HostedSheet& host, SheetUser& user) {
-            EXPECT_EQ(host.sheet.Applied(), 1);
-            EXPECT_EQ(RecordMargins(host), (std::vector<float>{0.1f * 25.4f, 25.4f, 6.35f, 50.8f}));
-            EXPECT_EQ(FormSize(host), (std::pair<LONG, LONG>{215900, 266700}));
-            EXPECT_EQ(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView")->Text(), L"NO");
-            EXPECT_EQ(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"OutputType")->Dword(), 1u);
-            EXPECT_EQ(user.Text(IDC_LEFT), L"0.1") << "the page goes on in inches";
-
-            user.Click(IDC_MILLIMETERS);
-            user.Type(IDC_WIDTH, L"100");
-            user.Type(IDC_HEIGHT, L"100");
-            user.Click(IDC_OUTPUT_KZPX);
-            user.Check(IDC_DISPLAY_IN_VIEWER, true);
-            user.Apply();
-        },
-        [](HostedSheet& host, SheetUser&) {
-            EXPECT_EQ(host.sheet.Applied(), 2);
-            EXPECT_EQ(RecordMargins(host), (std::vector<float>{2.54f, 25.4f, 6.35f, 50.8f}));
-            EXPECT_EQ(FormSize(host), (std::pair<LONG, LONG>{100000, 100000}));
-            EXPECT_EQ(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView")->Text(), L"YES");
-            EXPECT_EQ(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"OutputType")->Dword(), 2u);
-        },
-    });
-}
-
 TEST_F(Applying, LeavesMarginsThatCouldNotBeShownAsTheyWere) {
     tree.Remove("CustomUnit");
     Open({

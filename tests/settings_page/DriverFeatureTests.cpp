@@ -22,6 +22,8 @@ TEST_F(DriverFeatures, FollowTheirControlsAndAreAnnounced) {
     tree.Find("Orientation")->Flags |= OPTIF_HIDE | OPTIF_EXT_HIDE;
     Open({[](HostedSheet& host, SheetUser& user) {
         Announced(host);
+        user.Select(IDC_PAPER, L"A4");
+        EXPECT_EQ(Announced(host), "PaperSize=5 ");
         user.SelectIndex(IDC_QUALITY, 4);
         EXPECT_EQ(Announced(host), "Resolution=4 ");
         user.Click(IDC_LANDSCAPE);
@@ -120,16 +122,6 @@ TEST_F(DriverFeatures, OptionsWithoutANameKeepTheirPlace) {
         user.SelectIndex(IDC_PAPER, 1);
         EXPECT_FALSE(user.Visible(IDC_WIDTH));
     }});
-}
-
-TEST_F(DriverFeatures, MayComeWithoutHelperPrinterOrPrivateRecord) {
-    options.offersHelper = false;
-    Open({UseEverything});
-    options.printer = L"No such printer";
-    options.needsPrinter = false;
-    Open({UseEverything});
-    beforeShow = [](HostedSheet& host) { host.session.UIParam().pOEMDM = nullptr; };
-    Open({UseEverything});
 }
 
 // A record that an older version or another machine left behind.

@@ -55,13 +55,6 @@ TEST_F(Leaving, TurnsThePaperWithTheOrientation) {
         true);
 }
 
-TEST_F(Leaving, HoldsTheCustomSizeToItsLimits) {
-    for (const auto& [text, returns] : {std::pair{L"0.99", true}, {L"", true}, {L"1", false}}) {
-        ChooseCustomPaper();
-        ExpectReturn([text = text](SheetUser& user) { user.Type(IDC_WIDTH, text); }, returns);
-    }
-}
-
 TEST_F(Leaving, ForgetsAFormThatWasReplaced) {
     ExpectReturn(
         [](SheetUser& user) {

@@ -8,17 +8,6 @@ namespace {
 using driverhost::SheetUser;
 using Opening = SettingsPageTest;
 
-Texts Entries(SheetUser& user, int list) {
-    Texts entries;
-    const HWND combo = user.Find(list);
-    for (LRESULT entry = 0; entry < SendMessageW(combo, CB_GETCOUNT, 0, 0); ++entry) {
-        wchar_t text[260] = L"";
-        SendMessageW(combo, CB_GETLBTEXT, static_cast<WPARAM>(entry), reinterpret_cast<LPARAM>(text));
-        entries.push_back(text);
-    }
-    return entries;
-}
-
 TEST_F(Opening, ListsTheDriversOptionsInItsOrderAndSelectsItsChoices) {
     tree = driverhost::DriverTree();
     tree.Add(
@@ -28,12 +17,12 @@ TEST_F(Opening, ListsTheDriversOptionsInItsOrderAndSelectsItsChoices) {
     tree.Add({"Orientation", L"Orientation", 0, TVOT_2STATES, {L"Portrait", L"Landscape"}, 1});
     Open({[](HostedSheet& host, SheetUser& user) {
         EXPECT_EQ(host.sheet.CurrentPage(), kSettingsTab);
-        EXPECT_EQ(Entries(user, IDC_PAPER),
+        EXPECT_EQ(ListEntries(user, IDC_PAPER),
                   (Texts{L"Tabloid", L"A4", host.plugIn.ResourceText(IDS_CUSTOM_PAPER), L"User Defined 2"}));
         EXPECT_EQ(user.Text(IDC_PAPER), L"A4");
-        EXPECT_EQ(Entries(user, IDC_QUALITY), (Texts{L"1200 x 1200 dpi", L"200 x 200 dpi"}));
+        EXPECT_EQ(ListEntries(user, IDC_QUALITY), (Texts{L"1200 x 1200 dpi", L"200 x 200 dpi"}));
         EXPECT_EQ(user.Text(IDC_QUALITY), L"200 x 200 dpi");
-        EXPECT_EQ(Entries(user, IDC_COLOR), (Texts{L"Zebra", L"Monochrome"}));
+        EXPECT_EQ(ListEntries(user, IDC_COLOR), (Texts{L"Zebra", L"Monochrome"}));
         EXPECT_EQ(user.Text(IDC_COLOR), L"Zebra");
         EXPECT_TRUE(user.Checked(IDC_LANDSCAPE));
         EXPECT_FALSE(user.Checked(IDC_PORTRAIT));
@@ -58,25 +47,20 @@ TEST_F(Opening, TakesItsTextsFromTheResourceModule) {
 }
 
 TEST_F(Opening, ShowsFormAndMarginsInTheDriversUnit) {
-    ChooseCustomPaper();
-    Open({[](HostedSheet&, SheetUser& user) {
-        EXPECT_TRUE(user.Checked(IDC_INCHES));
-        EXPECT_EQ(EditTexts(user), (Texts{L"8.50", L"10.50", L"0.50", L"1.00", L"0.25", L"0.00"}));
-        EXPECT_TRUE(user.Visible(IDC_WIDTH));
-    }});
-    ChooseCustomPaper();
-    ChooseMillimeters();
-    Open({[](HostedSheet&, SheetUser& user) {
-        EXPECT_TRUE(user.Checked(IDC_MILLIMETERS));
-        EXPECT_EQ(EditTexts(user), (Texts{L"215.90", L"266.70", L"12.70", L"25.40", L"6.35", L"0.00"}));
-    }});
-    // What the former sheet left must not be converted once more.
-    ChooseCustomPaper();
-    Open({[](HostedSheet&, SheetUser& user) {
-        EXPECT_TRUE(user.Checked(IDC_INCHES));
-        EXPECT_FALSE(user.Checked(IDC_MILLIMETERS));
-        EXPECT_EQ(EditTexts(user), (Texts{L"8.50", L"10.50", L"0.50", L"1.00", L"0.25", L"0.00"}));
-    }});
+    // In the third, what the second sheet left must not be converted once more.
+    for (const bool millimeters : {false, true, false}) {
+        ChooseCustomPaper();
+        if (millimeters)
+            ChooseMillimeters();
+        Open({[millimeters](HostedSheet&, SheetUser& user) {
+            EXPECT_EQ(user.Checked(IDC_MILLIMETERS), millimeters);
+            EXPECT_EQ(user.Checked(IDC_INCHES), !millimeters);
+            EXPECT_EQ(EditTexts(user),
+                      millimeters ? (Texts{L"215.90", L"266.70", L"12.70", L"25.40", L"6.35", L"0.00"})
+                                  : (Texts{L"8.50", L"10.50", L"0.50", L"1.00", L"0.25", L"0.00"}));
+            EXPECT_TRUE(user.Visible(IDC_WIDTH));
+        }});
+    }
 }
 
 TEST_F(Opening, TakesAnythingButANoAsYesForTheViewerAndStoresIt) {

@@ -71,17 +71,5 @@ TEST_F(Paper, StandardSizesHideTheRowAndAllBelowMovesUpByIt) {
     });
 }
 
-TEST_F(Paper, GoesToTheDriverByPosition) {
-    Open({[](HostedSheet& host, SheetUser& user) {
-        host.session.Helper().Announcements().clear();
-        user.Select(IDC_PAPER, L"A4");
-        EXPECT_EQ(host.session.Tree().Find("PaperSize")->Sel, 5);
-        ASSERT_EQ(host.session.Helper().Announcements().size(), 1u);
-        EXPECT_EQ(host.session.Helper().Announcements()[0].keyword, "PaperSize");
-        EXPECT_EQ(host.session.Helper().Announcements()[0].selection, 5);
-        EXPECT_TRUE(user.ApplyEnabled());
-    }});
-}
-
 }  // namespace
 }  // namespace kzp::test

@@ -5,14 +5,10 @@
 #include "core/KZPPrivateDevMode.h"
 #include "pages/settings/PaperForms.h"
 #include "resources/resource.h"
-#include "tools/standins/spooler/SpoolerControl.h"
 
 namespace kzp::test {
 
 SettingsPageTest::SettingsPageTest() {
-    standins::spooler::PrinterSetUp printer;
-    printer.name = driverhost::kDefaultPrinter;
-    standins::spooler::SetUpPrinter(printer);
     AddCustomForm(driverhost::kDefaultPrinter, kCustomFormName, 2159, 2667);
 }
 

@@ -2,21 +2,18 @@
 // driver offers.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "tests/support/HostedSheet.h"
-#include "tests/support/ScratchRegistry.h"
+#include "tests/support/SheetTest.h"
 
 namespace kzp::test {
 
 inline constexpr int kSettingsTab = 1;
 inline constexpr int kOutputTab = 2;
 
-class SettingsPageTest : public testing::Test {
+class SettingsPageTest : public SheetTest {
   protected:
     SettingsPageTest();
 
@@ -36,9 +33,6 @@ class SettingsPageTest : public testing::Test {
 
     // Edits in the order width, height, left, top, right, bottom.
     static std::vector<std::wstring> EditTexts(driverhost::SheetUser& user);
-
-  private:
-    ScratchRegistry m_registry;
 };
 
 using Texts = std::vector<std::wstring>;

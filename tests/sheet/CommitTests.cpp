@@ -1,10 +1,9 @@
 // OK and Apply in the real sheet: what is written, in which order, and what the driver is answered.
-#include <shlobj.h>
-
 #include "core/KZPPrivateDevMode.h"
 #include "resources/resource.h"
-#include "tests/sheet/SheetTest.h"
 #include "tests/sheet/WriteTrace.h"
+#include "tests/support/Files.h"
+#include "tests/support/SheetTest.h"
 
 namespace kzp::test {
 namespace {
@@ -20,7 +19,6 @@ class Commit : public SheetTest {
     explicit Commit(driverhost::SheetOptions shape = {}) : host({}, shape), trace(host.plugIn.Module()) {
         const auto* const record = reinterpret_cast<KZPPrivateDevMode*>(host.session.DevMode().PlugInPart());
         EXPECT_EQ(0.0f, record->fMargins[0]);
-        documents = DocumentsFolder();
     }
 
     // One action of the user and the next, and what each of them had the plug-in write.
@@ -42,20 +40,10 @@ class Commit : public SheetTest {
         return answers;
     }
 
-    static std::wstring DocumentsFolder() {
-        wchar_t path[MAX_PATH] = {};
-        LPITEMIDLIST items = nullptr;
-        if (SUCCEEDED(SHGetSpecialFolderLocation(nullptr, CSIDL_PERSONAL, &items))) {
-            SHGetPathFromIDListW(items, path);
-            CoTaskMemFree(items);
-        }
-        return path;
-    }
-
     HostedSheet host;
     WriteTrace trace;
     std::vector<Lines> written;
-    std::wstring documents;
+    const std::wstring documents = DocumentsFolder();
 };
 
 struct CommitWithoutApply : Commit {

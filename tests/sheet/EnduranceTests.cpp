@@ -2,8 +2,8 @@
 #include <cstdlib>
 
 #include "resources/resource.h"
-#include "tests/sheet/SheetTest.h"
 #include "tests/support/Counters.h"
+#include "tests/support/SheetTest.h"
 
 namespace kzp::test {
 namespace {
@@ -11,65 +11,41 @@ namespace {
 namespace spooler = standins::spooler;
 using driverhost::SheetUser;
 
-// HKEY_CURRENT_USER of this process as a key in which nothing can be created to last.
-class ReadOnlyUser {
-  public:
-    ReadOnlyUser() {
-        HKEY key = nullptr;
-        EXPECT_EQ(ERROR_SUCCESS,
-                  RegCreateKeyExW(HKEY_CURRENT_USER, L"Volatile", 0, nullptr, REG_OPTION_VOLATILE,
-                                  KEY_ALL_ACCESS, nullptr, &key, nullptr));
-        EXPECT_EQ(ERROR_SUCCESS, RegOverridePredefKey(HKEY_CURRENT_USER, key));
-        RegCloseKey(key);
-    }
-    static bool StoredAnything() { return KeyExists(HKEY_CURRENT_USER, kSettingsKey); }
+struct Lack {
+    const char* name;
+    void (*options)(driverhost::SessionOptions&);  // before the sheet is made
+    void (*param)(OEMCUIPPARAM&);                  // before it is shown
 };
 
-enum class Lack {
-    kNothing,
-    kPlugInItem,
-    kDriverItems,
-    kMostItems,
-    kHeap,
-    kPrinter,
-    kHandle,
-    kRecord,
-    kRegistry
+const Lack kLacks[] = {
+    {"Nothing", nullptr, nullptr},
+    {"PlugInItem", [](auto& options) { options.plugInItem = false; }, nullptr},
+    {"DriverItems", [](auto& options) { options.firstItems = 0; }, nullptr},
+    {"MostItems", [](auto& options) { options.firstItems = 2; }, nullptr},
+    {"Helper", [](auto& options) { options.offersHelper = false; }, nullptr},
+    {"Heap", nullptr, [](auto& param) { param.hOEMHeap = nullptr; }},
+    {"Handle", nullptr, [](auto& param) { param.hPrinter = reinterpret_cast<HANDLE>(0x1230); }},
+    {"Record", nullptr, [](auto& param) { param.pOEMDM = nullptr; }},
+    {"Registry", nullptr, [](auto&) { ScratchRegistry::RefuseUserKeys(); }},
+    {"Printer", nullptr,
+     [](auto&) {
+         for (const wchar_t* const function :
+              {L"GetPrinterW", L"SetPrinterW", L"GetPrinterDataW", L"SetPrinterDataW", L"GetFormW",
+               L"AddFormW", L"SetFormW", L"GetPrinterDriverW", L"OpenPrinterW"})
+             spooler::FailCall(function, ERROR_ACCESS_DENIED);
+     }},
 };
-
-std::string NameOf(const testing::TestParamInfo<Lack>& lack) {
-    constexpr const char* names[] = {"Nothing", "PlugInItem", "DriverItems", "MostItems", "Heap",
-                                     "Printer", "Handle",     "Record",      "Registry"};
-    return names[static_cast<size_t>(lack.param)];
-}
 
 class Poor : public SheetTest, public testing::WithParamInterface<Lack> {};
 
 // The user edits what there is, applies, and closes with OK.
 TEST_P(Poor, SheetOpensAppliesAndCloses) {
     driverhost::SessionOptions options;
-    options.plugInItem = GetParam() != Lack::kPlugInItem;
-    if (GetParam() == Lack::kDriverItems)
-        options.firstItems = 0;
-    if (GetParam() == Lack::kMostItems)
-        options.firstItems = 2;
+    if (GetParam().options)
+        GetParam().options(options);
     HostedSheet host(std::move(options));
-    OEMCUIPPARAM& param = host.session.UIParam();
-    std::optional<ReadOnlyUser> user;
-    if (GetParam() == Lack::kHeap)
-        param.hOEMHeap = nullptr;
-    if (GetParam() == Lack::kHandle)
-        param.hPrinter = reinterpret_cast<HANDLE>(0x1230);
-    if (GetParam() == Lack::kRecord)
-        param.pOEMDM = nullptr;
-    if (GetParam() == Lack::kRegistry)
-        user.emplace();
-    if (GetParam() == Lack::kPrinter) {
-        for (const wchar_t* const function :
-             {L"GetPrinterW", L"SetPrinterW", L"GetPrinterDataW", L"SetPrinterDataW", L"GetFormW",
-              L"AddFormW", L"SetFormW", L"GetPrinterDriverW", L"OpenPrinterW"})
-            spooler::FailCall(function, ERROR_ACCESS_DENIED);
-    }
+    if (GetParam().param)
+        GetParam().param(host.session.UIParam());
     host.run.Add([&](SheetUser& page) {
         EXPECT_EQ(1, host.sheet.CurrentPage());
         for (int tab = 0; tab < 3; ++tab)
@@ -82,18 +58,16 @@ TEST_P(Poor, SheetOpensAppliesAndCloses) {
     host.run.Add([](SheetUser& page) { page.Ok(); });
     EXPECT_EQ(CPSUI_OK, host.run.Show());
     EXPECT_EQ(2, host.sheet.Applied());
-    EXPECT_EQ(GetParam() == Lack::kRegistry, !Setting(L"OutputType"));
-    if (GetParam() != Lack::kRegistry) {
+    if (GetParam().name == std::string("Registry")) {
+        EXPECT_FALSE(Setting(L"OutputType"));
+    } else {
         EXPECT_EQ(1u, Setting(L"OutputType")->Dword());
         EXPECT_EQ(L"YES", Setting(L"LaunchKZPView")->Text());
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Lacks, Poor,
-                         testing::Values(Lack::kNothing, Lack::kPlugInItem, Lack::kDriverItems,
-                                         Lack::kMostItems, Lack::kHeap, Lack::kPrinter, Lack::kHandle,
-                                         Lack::kRecord, Lack::kRegistry),
-                         NameOf);
+INSTANTIATE_TEST_SUITE_P(Lacks, Poor, testing::ValuesIn(kLacks),
+                         [](const auto& lack) { return std::string(lack.param.name); });
 
 struct Counts {
     size_t handles, blocks, windows;

@@ -7,9 +7,9 @@
 #include "settings/CommitCallback.h"
 #include "settings/SettingsStore.h"
 #include "settings/SheetState.h"
-#include "tests/sheet/SheetTest.h"
 #include "tests/support/Files.h"
 #include "tests/support/ProgramCopy.h"
+#include "tests/support/SheetTest.h"
 #include "tools/driverhost/Script.h"
 #include "tools/driverhost/State.h"
 

@@ -2,8 +2,8 @@
 #include <cstring>
 
 #include "settings/CKZPWriterSettings.h"
-#include "tests/sheet/SheetTest.h"
 #include "tests/support/ImportPatch.h"
+#include "tests/support/SheetTest.h"
 
 namespace kzp::test {
 namespace {

@@ -4,21 +4,14 @@
 #include "resources/resource.h"
 #include "settings/PropertySheetHost.h"
 #include "settings/SheetState.h"
-#include "tests/sheet/SheetTest.h"
+#include "tests/support/Counters.h"
 #include "tests/support/Files.h"
+#include "tests/support/SheetTest.h"
 
 namespace kzp::test {
 namespace {
 
 namespace spooler = standins::spooler;
-
-size_t BusyBlocks(HANDLE heap) {
-    size_t blocks = 0;
-    PROCESS_HEAP_ENTRY entry = {};
-    while (HeapWalk(heap, &entry))
-        blocks += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) ? 1u : 0u;
-    return blocks;
-}
 
 class TreeTest : public SheetTest {
   protected:
@@ -109,16 +102,18 @@ TEST_F(TreeTest, GivesHelpToTheOneItemOutOfTheDriversHeap) {
     EXPECT_EQ(DWORD{OPTIF_HAS_POIEXT}, items[0].Flags);
     EXPECT_EQ(15001u, items[0].HelpIndex);
     ASSERT_NE(nullptr, items[0].pOIExt);
+    EXPECT_EQ(sizeof(OIEXT), items[0].pOIExt->cbSize);
     EXPECT_EQ(sizeof(OIEXT), HeapSize(heap, 0, items[0].pOIExt));
     const std::wstring file = items[0].pOIExt->pHelpFile;
     EXPECT_EQ((file.size() + 1) * sizeof(wchar_t), HeapSize(heap, 0, items[0].pOIExt->pHelpFile));
+    EXPECT_NE(std::wstring::npos, file.find(L"\\spool\\drivers\\x64\\3\\")) << "the driver's directory";
     EXPECT_EQ(plugIn.ResourceText(IDS_ITEM_HELP_FILE), file.substr(file.rfind(L'\\') + 1));
     for (size_t other = 1; other < items.size(); ++other) {
         EXPECT_EQ(0u, items[other].Flags) << other;
         EXPECT_EQ(nullptr, items[other].pOIExt) << other;
     }
     EXPECT_TRUE(HeapValidate(heap, 0, nullptr));
-    EXPECT_EQ(2u, BusyBlocks(heap)) << "extension and path; the name that was compared is given back";
+    EXPECT_EQ(2u, CountHeapBlocks(heap)) << "extension and path; the name that was compared is given back";
 }
 
 TEST_F(TreeTest, WithoutAHeapOrTextsNoItemGetsHelp) {
@@ -134,7 +129,7 @@ TEST_F(TreeTest, WithoutAHeapOrTextsNoItemGetsHelp) {
     param.hOEMHeap = heap;
     EXPECT_EQ(S_OK, Present(items));
     EXPECT_EQ(0x82u, items[0].Flags);
-    EXPECT_EQ(0u, BusyBlocks(heap));
+    EXPECT_EQ(0u, CountHeapBlocks(heap));
     object = {};
 }
 

@@ -24,16 +24,6 @@ struct HandleEntry {
 constexpr int kSystemHandleInformation = 16;
 constexpr LONG kInfoLengthMismatch = static_cast<LONG>(0xC0000004);
 
-size_t CountBlocks(HANDLE heap) {
-    size_t count = 0;
-    PROCESS_HEAP_ENTRY entry = {};
-    HeapLock(heap);
-    while (HeapWalk(heap, &entry))
-        count += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) ? 1u : 0u;
-    HeapUnlock(heap);
-    return count;
-}
-
 }  // namespace
 
 size_t CountHandles() {
@@ -51,10 +41,20 @@ size_t CountHandles() {
     return count;
 }
 
+size_t CountHeapBlocks(HANDLE heap) {
+    size_t count = 0;
+    PROCESS_HEAP_ENTRY entry = {};
+    HeapLock(heap);
+    while (HeapWalk(heap, &entry))
+        count += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) ? 1u : 0u;
+    HeapUnlock(heap);
+    return count;
+}
+
 size_t CountHeapBlocks() {
     const HANDLE process = GetProcessHeap();
     const HANDLE runTime = reinterpret_cast<HANDLE>(_get_heap_handle());
-    return CountBlocks(process) + (runTime != process ? CountBlocks(runTime) : 0);
+    return CountHeapBlocks(process) + (runTime != process ? CountHeapBlocks(runTime) : 0);
 }
 
 size_t CountWindows() {

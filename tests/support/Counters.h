@@ -8,6 +8,9 @@ namespace kzp::test {
 // Open kernel handles of this process.
 size_t CountHandles();
 
+// Busy blocks of a heap.
+size_t CountHeapBlocks(HANDLE heap);
+
 // Busy blocks of the process heap and of the run-time's heap.
 size_t CountHeapBlocks();
 

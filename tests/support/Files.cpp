@@ -1,6 +1,7 @@
 #include "tests/support/Files.h"
 
 #include <gtest/gtest.h>
+#include <shlobj.h>
 
 #include <filesystem>
 #include <fstream>
@@ -32,6 +33,16 @@ std::wstring TemporaryFolder::Take(const std::wstring& name, const std::wstring&
     const std::wstring target = File(as.empty() ? name : as);
     EXPECT_TRUE(CopyFileW(BesideExe(name).c_str(), target.c_str(), FALSE)) << GetLastError();
     return target;
+}
+
+std::wstring DocumentsFolder() {
+    wchar_t path[MAX_PATH] = {};
+    LPITEMIDLIST items = nullptr;
+    if (SUCCEEDED(SHGetSpecialFolderLocation(nullptr, CSIDL_PERSONAL, &items))) {
+        SHGetPathFromIDListW(items, path);
+        CoTaskMemFree(items);
+    }
+    return path;
 }
 
 bool FileExists(const std::wstring& path) {

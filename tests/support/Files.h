@@ -29,6 +29,7 @@ class TemporaryFolder {
     std::wstring m_path;
 };
 
+std::wstring DocumentsFolder();  // as the shell spells it here
 bool FileExists(const std::wstring& path);
 void WriteFileText(const std::wstring& path, const std::string& text);
 

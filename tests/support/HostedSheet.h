@@ -17,6 +17,18 @@ struct HostedSheet {
         : plugIn(dll), session(plugIn, std::move(options)), sheet(session, shape), run(sheet) {}
 };
 
+// What a drop-down list of the page in front offers, in its order.
+inline std::vector<std::wstring> ListEntries(const driverhost::SheetUser& user, int list) {
+    const HWND combo = user.Find(list);
+    std::vector<std::wstring> entries;
+    for (WPARAM index = 0; index < static_cast<WPARAM>(SendMessageW(combo, CB_GETCOUNT, 0, 0)); ++index) {
+        std::wstring text(static_cast<size_t>(SendMessageW(combo, CB_GETLBTEXTLEN, index, 0)), L'\0');
+        SendMessageW(combo, CB_GETLBTEXT, index, reinterpret_cast<LPARAM>(text.data()));
+        entries.push_back(text);
+    }
+    return entries;
+}
+
 // Options of a session without a printer: its handle is null, and nothing is stored by the spooler.
 inline driverhost::SessionOptions NoPrinter() {
     driverhost::SessionOptions options;

@@ -44,6 +44,15 @@ void DeleteScratchRegistry(DWORD processId) {
     RegDeleteKeyW(HKEY_CURRENT_USER, path.c_str());
 }
 
+void ScratchRegistry::RefuseUserKeys() {
+    // A volatile key takes no lasting ones.
+    HKEY key = nullptr;
+    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, L"Volatile", 0, nullptr, REG_OPTION_VOLATILE,
+                                             KEY_ALL_ACCESS, nullptr, &key, nullptr));
+    ASSERT_EQ(ERROR_SUCCESS, RegOverridePredefKey(HKEY_CURRENT_USER, key));
+    RegCloseKey(key);
+}
+
 std::wstring RegistryValue::Text() const {
     std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
     std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));

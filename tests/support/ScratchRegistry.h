@@ -26,6 +26,9 @@ class ScratchRegistry {
     // is to share them.
     const std::wstring& Path() const { return m_path; }
 
+    // From here on HKEY_CURRENT_USER is a key in which nothing can be created to last.
+    static void RefuseUserKeys();
+
   private:
     const bool m_own;
     std::wstring m_path;
