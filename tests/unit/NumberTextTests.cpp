@@ -67,16 +67,6 @@ std::string FilteredToTheEnd(std::string text) {
     return text;
 }
 
-TEST(KeystrokeFilter, LeavesDigitsAndTheFirstPoint) {
-    EXPECT_EQ(FilteredToTheEnd("12a.3.4"), "12.34");
-    EXPECT_EQ(FilteredToTheEnd("..5"), "5");
-    EXPECT_EQ(FilteredToTheEnd("-1e3,\xA4"), "13");
-    EXPECT_EQ(FilteredToTheEnd(""), "");
-    bool removed = true;
-    EXPECT_EQ(OnePass("08.50", &removed), "08.50");
-    EXPECT_FALSE(removed);
-}
-
 TEST(KeystrokeFilter, StepsOverWhatSlidesIntoAGap) {
     bool removed = false;
     EXPECT_EQ(OnePass("ab1", &removed), "b1");
@@ -155,7 +145,6 @@ TEST(UnitConversion, ThereAndBackGivesTheSameInches) {
         FormatTwoDecimals(ConvertLength(ParseNumber(millimeters), kMillimeters, kInches), back);
         ASSERT_STREQ(back, inches) << "through " << std::wstring(millimeters).size();
     }
-    EXPECT_EQ(Formatted(ConvertLength(8.5f, kInches, kMillimeters)), L"215.90");
     EXPECT_EQ(ConvertLength(8.5f, kMillimeters, kMillimeters), 8.5f);
 }
 
