@@ -23,8 +23,6 @@
 
 namespace kzp::test {
 
-using Lines = std::vector<std::wstring>;
-
 // Takes the place of the service manager in the plug-in, and of waiting.
 class SpoolerServiceFake {
   public:

@@ -6,6 +6,13 @@
 
 namespace kzp::test {
 
+using Lines = std::vector<std::wstring>;
+
+inline Lines And(Lines first, const Lines& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
 // One line for each port, printer, driver, form, monitor and registry value of the product; a machine without
 // it gives none.
 std::vector<std::wstring> DescribeMachine();

@@ -17,8 +17,6 @@ namespace {
 
 using namespace standins;
 
-using Lines = std::vector<std::wstring>;
-
 constexpr wchar_t kMonitorKey[] =
     L"SYSTEM\\CurrentControlSet\\Control\\Print\\Monitors\\Brimlake KZP Writer Port";
 constexpr wchar_t kDriverKey[] =
@@ -35,11 +33,6 @@ std::wstring Folder(const wchar_t* variable) {
     wchar_t path[MAX_PATH] = {};
     GetEnvironmentVariableW(variable, path, MAX_PATH);
     return path;
-}
-
-Lines And(Lines first, const Lines& second) {
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
 }
 
 // A machine with the stand-in spooler, without the product before and after.

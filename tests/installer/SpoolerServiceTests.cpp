@@ -18,43 +18,38 @@ struct SpoolerRestart : ActionTest {
         return L"ERROR: Failed to query service status in function QueryServiceStatusEx. The Error Code is:" +
                std::to_wstring(code) + L"\n";
     }
-
-    void Expect(const Lines& looking, const Lines& logged) const {
-        Lines events = stopping;
-        events.insert(events.end(), looking.begin(), looking.end());
-        events.insert(events.end(), closing.begin(), closing.end());
-        EXPECT_EQ(events, m_services.events);
-        Lines lines = logged;
-        lines.push_back(end);
-        EXPECT_EQ(lines, m_session.Lines());
-    }
 };
 
-TEST_F(SpoolerRestart, WaitsUntilTheSpoolerRuns) {
-    m_services.looks = {SERVICE_STOPPED, SERVICE_START_PENDING, SERVICE_RUNNING};
-    EXPECT_EQ(0u, Run("Uninstall"));
-    Expect({L"look", L"wait 1000", L"look", L"wait 1000", L"look"}, {running});
-}
-
-TEST_F(SpoolerRestart, GivesUpAfterFiveLooks) {
-    m_services.looks = {SERVICE_STOPPED};
-    EXPECT_EQ(0u, Run("Uninstall"));
-    Expect(
-        {L"look", L"wait 1000", L"look", L"wait 1000", L"look", L"wait 1000", L"look", L"wait 1000", L"look"},
-        {notRunning});
-}
-
-TEST_F(SpoolerRestart, DoesNotWaitAfterALookThatFails) {
-    m_services.looks = {-ERROR_ACCESS_DENIED, SERVICE_START_PENDING, -ERROR_INVALID_HANDLE, SERVICE_RUNNING};
-    EXPECT_EQ(0u, Run("Uninstall"));
-    Expect({L"look", L"look", L"wait 1000", L"look", L"look"}, {QueryFailed(5), QueryFailed(6), running});
-}
-
-TEST_F(SpoolerRestart, JudgesByTheLastLookThatSucceeded) {
-    m_services.looks = {SERVICE_START_PENDING, -ERROR_ACCESS_DENIED};
-    EXPECT_EQ(0u, Run("Uninstall"));
-    Expect({L"look", L"wait 1000", L"look", L"look", L"look", L"look"},
-           {QueryFailed(5), QueryFailed(5), QueryFailed(5), QueryFailed(5), notRunning});
+TEST_F(SpoolerRestart, LooksUpToFiveTimesAndJudgesByTheLastLookThatSucceeded) {
+    const struct {
+        std::vector<int> looks;
+        Lines events, logged;
+    } cases[] = {
+        {{SERVICE_STOPPED, SERVICE_START_PENDING, SERVICE_RUNNING},
+         {L"look", L"wait 1000", L"look", L"wait 1000", L"look"},
+         {running}},
+        {{SERVICE_STOPPED},
+         {L"look", L"wait 1000", L"look", L"wait 1000", L"look", L"wait 1000", L"look", L"wait 1000",
+          L"look"},
+         {notRunning}},
+        // It does not wait after a look that fails.
+        {{-ERROR_ACCESS_DENIED, SERVICE_START_PENDING, -ERROR_INVALID_HANDLE, SERVICE_RUNNING},
+         {L"look", L"look", L"wait 1000", L"look", L"look"},
+         {QueryFailed(5), QueryFailed(6), running}},
+        {{SERVICE_START_PENDING, -ERROR_ACCESS_DENIED},
+         {L"look", L"wait 1000", L"look", L"look", L"look", L"look"},
+         {QueryFailed(5), QueryFailed(5), QueryFailed(5), QueryFailed(5), notRunning}},
+    };
+    Lines log;
+    for (const auto& [looks, events, logged] : cases) {
+        SCOPED_TRACE(testing::PrintToString(looks));
+        m_services.looks = looks;
+        m_services.events.clear();
+        EXPECT_EQ(0u, Run("Uninstall"));
+        EXPECT_EQ(And(And(stopping, events), closing), m_services.events);
+        log = And(And(log, logged), {end});
+        EXPECT_EQ(log, m_session.Lines());
+    }
 }
 
 TEST_F(SpoolerRestart, EndsInAnAccessViolationWhenNoLookSucceeds) {
