@@ -1,12 +1,8 @@
-// The whole way of a user: every control of every page, Apply, a change of mind, OK; a second process finds
-// it all again; and two processes that commit at once.
+// The whole way of a user: every control of every page, Apply, a change of mind, OK; and a second process
+// finds it all again.
 #include <map>
 
-#include "pages/settings/Measures.h"
 #include "resources/resource.h"
-#include "settings/CommitCallback.h"
-#include "settings/SettingsStore.h"
-#include "settings/SheetState.h"
 #include "tests/support/Files.h"
 #include "tests/support/ProgramCopy.h"
 #include "tests/support/SheetTest.h"
@@ -176,88 +172,6 @@ TEST(Journey, IsStoredFoundAgainAndKeptByCancel) {
     EXPECT_EQ((States{{L"settings: DefaultDir", documents}}), Differences(closed, StoredState()))
         << "only the choice of the documents folder is stored at once";
     SetCurrentDirectoryW(startFolder);
-}
-
-// A sheet's commit without the sheet, with values of one kind: long ones or short ones.
-class Committer {
-  public:
-    explicit Committer(wchar_t kind) : m_text(Text(kind)), m_fonts(Fonts(kind)) {
-        PRINTER_DEFAULTSW access = {nullptr, nullptr, PRINTER_ALL_ACCESS};
-        EXPECT_TRUE(OpenPrinterW(const_cast<PWSTR>(driverhost::kDefaultPrinter), m_printer.Put(), &access));
-        m_param.hPrinter = m_printer.Get();
-        m_param.pOEMDM = m_record;
-        g_sheet.CurrentUIParam = &m_param;
-        g_pendingSettings = {m_text, m_text, m_text, m_text, 1};
-        g_measures.unit = kMillimeters;
-        for (NumberText& margin : g_measures.marginText)
-            margin[0] = kind == L'a' ? L'1' : L'2';
-    }
-    ~Committer() { g_sheet = {}; }
-
-    void Commit() {
-        CPSUICBPARAM apply = {};
-        apply.Reason = CPSUICB_REASON_APPLYNOW;
-        EXPECT_EQ(CPSUICB_ACTION_OPTIF_CHANGED, CommitCallback(&apply, &m_param));
-        EXPECT_EQ(1, WriteBinarySetting(kFontList, m_fonts.data(), static_cast<DWORD>(m_fonts.size())));
-    }
-
-    static std::wstring Text(wchar_t kind) { return std::wstring(kind == L'a' ? 900 : 30, kind); }
-    static std::vector<BYTE> Fonts(wchar_t kind) {
-        return std::vector<BYTE>(kind == L'a' ? 64 * 500 : 64, static_cast<BYTE>(kind));
-    }
-
-  private:
-    std::wstring m_text;
-    std::vector<BYTE> m_fonts;
-    UniquePrinter m_printer;
-    BYTE m_record[560] = {};
-    OEMCUIPPARAM m_param = {};
-};
-
-// Answers whether the other process's values were met.
-bool ExpectWholeValues(HANDLE printer) {
-    bool others = false;
-    for (const wchar_t* const name : {kLaunchView, kPromptFileName, kPathDirs, kDefaultDir}) {
-        std::wstring text;
-        EXPECT_EQ(1, ReadStringSetting(name, text));
-        EXPECT_TRUE(text == Committer::Text(L'a') || text == Committer::Text(L'b')) << text.size();
-        others |= text == Committer::Text(L'b');
-    }
-    std::vector<BYTE> fonts(64 * 500);
-    DWORD bytes = 64 * 500;
-    EXPECT_EQ(1, ReadBinarySetting(kFontList, fonts.data(), bytes));
-    fonts.resize(bytes);
-    EXPECT_TRUE(fonts == Committer::Fonts(L'a') || fonts == Committer::Fonts(L'b')) << bytes;
-    float margins[4] = {};
-    wchar_t name[] = L"KZP Margin";
-    EXPECT_EQ(DWORD{ERROR_SUCCESS}, GetPrinterDataW(printer, name, nullptr, reinterpret_cast<BYTE*>(margins),
-                                                    sizeof margins, &bytes));
-    EXPECT_TRUE(margins[0] == 1 || margins[0] == 2);
-    EXPECT_EQ(std::vector<float>(4, margins[0]), std::vector<float>(margins, margins + 4));
-    return others;
-}
-
-TEST(Journey, TwoProcessesThatCommitAtOnceLeaveEveryValueWhole) {
-    constexpr int kCommits = 300;
-    const ScratchRegistry registry(ProgramCopy::IsCopy() ? ProgramCopy::Owner() : GetCurrentProcessId());
-    if (ProgramCopy::IsCopy()) {
-        Committer committer(L'b');
-        for (int commit = 0; commit < kCommits; ++commit)
-            committer.Commit();
-        return;
-    }
-    standins::spooler::SetUpPrinter({.name = driverhost::kDefaultPrinter});
-    const ProgramCopy other;
-    Committer committer(L'a');
-    UniquePrinter printer;
-    EXPECT_TRUE(OpenPrinterW(const_cast<PWSTR>(driverhost::kDefaultPrinter), printer.Put(), nullptr));
-    int met = 0;
-    do {
-        committer.Commit();
-        met += ExpectWholeValues(printer.Get()) ? 1 : 0;
-    } while (!testing::Test::HasFailure() && other.Wait(0) == STILL_ACTIVE);
-    EXPECT_EQ(0u, other.Wait());
-    EXPECT_LT(1, met) << "they did not work at once";
 }
 
 }  // namespace

@@ -1,8 +1,5 @@
-// Drivers, printers and registries that give the sheet less than it wants, and many sheets in one process.
-#include <cstdlib>
-
+// Drivers, printers and registries that give the sheet less than it wants.
 #include "resources/resource.h"
-#include "tests/support/Counters.h"
 #include "tests/support/SheetTest.h"
 
 namespace kzp::test {
@@ -68,43 +65,6 @@ TEST_P(Poor, SheetOpensAppliesAndCloses) {
 
 INSTANTIATE_TEST_SUITE_P(Lacks, Poor, testing::ValuesIn(kLacks),
                          [](const auto& lack) { return std::string(lack.param.name); });
-
-struct Counts {
-    size_t handles, blocks, windows;
-};
-
-Counts Count() {
-    return {CountHandles(), CountHeapBlocks(), CountWindows()};
-}
-
-// GDI and USER objects cannot be counted on Wine; windows can.
-TEST_F(SheetTest, ManySheetsInOneProcessLeaveNothingBehind) {
-    constexpr int kWarmUp = 3;
-    const int sheets = std::getenv("KZP_LONG_RUN") ? 200 : 40;
-    const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
-    driverhost::DocumentSession session(plugIn, {});
-    Counts before = {};
-    for (int number = -kWarmUp; number < sheets; ++number) {
-        if (number == 0)
-            before = Count();
-        {
-            driverhost::HostSheet sheet(session);
-            driverhost::SheetRun run(sheet);
-            run.Add([number](SheetUser& user) {
-                user.Type(IDC_LEFT, number % 2 ? L"0.5" : L"0.25");
-                number % 3 ? user.Ok() : user.Cancel();
-            });
-            run.Show();
-        }
-        session.Helper().Announcements() = {};
-    }
-    const Counts after = Count();
-    std::printf("%d sheets: handles %zu -> %zu, heap blocks %zu -> %zu, windows %zu -> %zu\n", sheets,
-                before.handles, after.handles, before.blocks, after.blocks, before.windows, after.windows);
-    EXPECT_EQ(before.handles, after.handles);
-    EXPECT_EQ(before.windows, after.windows);
-    EXPECT_EQ(before.blocks, after.blocks);
-}
 
 }  // namespace
 }  // namespace kzp::test
