@@ -45,19 +45,6 @@ TEST_F(SessionTest, RunsTheFourDevModeOperations) {
     EXPECT_FALSE(opens(std::vector<BYTE>(sizeof(DEVMODEW))));
 }
 
-TEST_F(SessionTest, SelectionsLiveInTheDeviceMode) {
-    DocumentSession session(plugIn, NoPrinter());
-    session.Tree().Find("CustomUnit")->Sel = 1;
-    session.Tree().Find("Copies")->Sel = 7;
-    ASSERT_EQ(session.Accept(), 0u);
-    DriverTree fresh = DriverTree::Standard(L"");
-    const DevModeBlock block(session.Object(), plugIn.Module(), nullptr, L"any", session.DevMode().Bytes());
-    block.GiveTo(fresh);
-    EXPECT_EQ(fresh.Find("CustomUnit")->Sel, 1);
-    EXPECT_EQ(fresh.Find("Copies")->Sel, 7);
-    EXPECT_EQ(block.Public()->dmCopies, 7);
-}
-
 TEST_F(SessionTest, WritesDownAnnouncements) {
     DocumentSession session(plugIn, NoPrinter());
     DriverHelper& helper = session.Helper();
