@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "resources/resource.h"
@@ -110,36 +111,34 @@ TEST(Dialogs, SayWhatTheResourceModuleSays) {
 }
 
 TEST(Dialogs, PutEachLabelRightBeforeItsControl) {
-    const struct {
-        int dialog, label, control;
-    } pairs[] = {
-        {IDD_DOCUMENT_SETTINGS, IDC_PAPER_LABEL, IDC_PAPER},
-        {IDD_DOCUMENT_SETTINGS, IDC_WIDTH_LABEL, IDC_WIDTH},
-        {IDD_DOCUMENT_SETTINGS, IDC_HEIGHT_LABEL, IDC_HEIGHT},
-        {IDD_DOCUMENT_SETTINGS, IDC_LEFT_LABEL, IDC_LEFT},
-        {IDD_DOCUMENT_SETTINGS, IDC_RIGHT_LABEL, IDC_RIGHT},
-        {IDD_DOCUMENT_SETTINGS, IDC_TOP_LABEL, IDC_TOP},
-        {IDD_DOCUMENT_SETTINGS, IDC_BOTTOM_LABEL, IDC_BOTTOM},
-        {IDD_DOCUMENT_SETTINGS, IDC_UNITS_LABEL, IDC_INCHES},
-        {IDD_DOCUMENT_SETTINGS, IDC_ORIENTATION_LABEL, IDC_PORTRAIT},
-        {IDD_DOCUMENT_SETTINGS, IDC_QUALITY_LABEL, IDC_QUALITY},
-        {IDD_DOCUMENT_SETTINGS, IDC_COLOR_LABEL, IDC_COLOR},
-        {IDD_DOCUMENT_SETTINGS, IDC_OUTPUT_TYPE_LABEL, IDC_OUTPUT_KZPX},
-        {IDD_OUTPUT_LOCATION, IDC_OUTPUT_HEADING, IDC_DOCUMENTS_LOCATION},
-        {IDD_OUTPUT_LOCATION, IDC_LOCATION_LABEL, IDC_FOLDER},
-        {IDD_ADVANCED, IDC_EMBED_FONTS_LABEL, IDC_FONTS_ALL},
-        {IDD_ADVANCED, IDC_ICM_METHOD_LABEL, IDC_ICM_METHOD},
-        {IDD_ADVANCED, IDC_ICM_INTENT_LABEL, IDC_ICM_INTENT},
-    };
+    const std::pair<int, int> pairs[] = {{IDC_PAPER_LABEL, IDC_PAPER},
+                                         {IDC_WIDTH_LABEL, IDC_WIDTH},
+                                         {IDC_HEIGHT_LABEL, IDC_HEIGHT},
+                                         {IDC_LEFT_LABEL, IDC_LEFT},
+                                         {IDC_RIGHT_LABEL, IDC_RIGHT},
+                                         {IDC_TOP_LABEL, IDC_TOP},
+                                         {IDC_BOTTOM_LABEL, IDC_BOTTOM},
+                                         {IDC_UNITS_LABEL, IDC_INCHES},
+                                         {IDC_ORIENTATION_LABEL, IDC_PORTRAIT},
+                                         {IDC_QUALITY_LABEL, IDC_QUALITY},
+                                         {IDC_COLOR_LABEL, IDC_COLOR},
+                                         {IDC_OUTPUT_TYPE_LABEL, IDC_OUTPUT_KZPX},
+                                         {IDC_OUTPUT_HEADING, IDC_DOCUMENTS_LOCATION},
+                                         {IDC_LOCATION_LABEL, IDC_FOLDER},
+                                         {IDC_EMBED_FONTS_LABEL, IDC_FONTS_ALL},
+                                         {IDC_ICM_METHOD_LABEL, IDC_ICM_METHOD},
+                                         {IDC_ICM_INTENT_LABEL, IDC_ICM_INTENT}};
+    size_t seen = 0;
     for (const int id : kDialogs) {
         const Template dialog(id);
-        for (const auto& pair : pairs) {
-            if (pair.dialog == id) {
-                EXPECT_EQ(pair.control, GetDlgCtrlID(GetWindow(dialog[pair.label], GW_HWNDNEXT)))
-                    << pair.label;
+        for (const auto& [label, control] : pairs) {
+            if (dialog[label]) {
+                EXPECT_EQ(control, GetDlgCtrlID(GetWindow(dialog[label], GW_HWNDNEXT))) << label;
+                ++seen;
             }
         }
     }
+    EXPECT_EQ(std::size(pairs), seen);
 }
 
 TEST(Dialogs, OptionButtonsExcludeThoseOfTheirSetAlone) {

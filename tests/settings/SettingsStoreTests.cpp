@@ -56,20 +56,6 @@ TEST_F(Settings, TextsAreStoredWithHalfATerminatorAndReadBack) {
     }
 }
 
-TEST_F(Settings, NumbersAndBytesComeBack) {
-    EXPECT_EQ(1, WriteDwordSetting(kSessionId, 0xFEDCBA98));
-    DWORD number = 0;
-    EXPECT_EQ(1, ReadDwordSetting(kSessionId, number));
-    EXPECT_EQ(0xFEDCBA98, number);
-    const BYTE written[3] = {1, 2, 3};
-    EXPECT_EQ(1, WriteBinarySetting(kFontList, written, sizeof written));
-    BYTE read[64] = {};
-    DWORD count = sizeof read;
-    EXPECT_EQ(1, ReadBinarySetting(kFontList, read, count));
-    EXPECT_EQ(3u, count);
-    EXPECT_EQ(3, read[2]);
-}
-
 TEST_F(Settings, NamesThatReachOutOfTheKeyAreRefused) {
     std::wstring text;
     DWORD number = 77, count = 0;
