@@ -55,7 +55,10 @@ TEST_F(SpoolerRestart, LooksUpToFiveTimesAndJudgesByTheLastLookThatSucceeded) {
 TEST_F(SpoolerRestart, EndsInAnAccessViolationWhenNoLookSucceeds) {
     m_services.looks = {-ERROR_ACCESS_DENIED};
     const Guarded result = RunGuarded([&] { Run("Uninstall"); });
-    EXPECT_EQ(static_cast<DWORD>(EXCEPTION_ACCESS_VIOLATION), result.code);
+    // In a plug-in that is built with traps the trap comes first.
+    EXPECT_TRUE(result.code == static_cast<DWORD>(EXCEPTION_ACCESS_VIOLATION) ||
+                result.code == static_cast<DWORD>(EXCEPTION_ILLEGAL_INSTRUCTION))
+        << result.code;
     EXPECT_EQ(Lines(5, QueryFailed(5)), m_session.Lines()) << "and nothing behind them";
     Lines events = stopping;
     events.insert(events.end(), 5, L"look");

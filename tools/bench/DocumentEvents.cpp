@@ -67,7 +67,7 @@ void BareBaseName(DWORD pid) {
     EnumProcesses(pids, sizeof pids, &bytes);
     const HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid);
     HMODULE module = nullptr;
-    EnumProcessModules(process, &module, sizeof module, &bytes);
+    EnumProcessModules(process, &module, sizeof(HMODULE), &bytes);
     wchar_t name[MAX_PATH];
     GetModuleBaseNameW(process, module, name, MAX_PATH);
     CloseHandle(process);
