@@ -19,7 +19,6 @@
 // printing application has. An uncaught exception ends the process all the same.
 namespace __gnu_cxx {
 
-void __verbose_terminate_handler();
 void __verbose_terminate_handler() {
     std::abort();
 }
