@@ -1,6 +1,7 @@
 #include "help/HtmlHelp.h"
 
 #include "support/RegistryKey.h"
+#include "support/SystemLibrary.h"
 
 namespace kzp {
 
@@ -17,7 +18,7 @@ constexpr WORD kHtmlHelpWOrdinal = 15;
 HtmlHelpEntry g_htmlHelpEntry = nullptr;
 bool g_htmlHelpMissing = false;
 
-HMODULE LoadRegisteredControl() {
+UniqueModule LoadRegisteredControl() {
     // One character more than is offered, so that an unterminated text is terminated.
     wchar_t stored[MAX_PATH + 1] = {};
     DWORD bytes = MAX_PATH * sizeof(wchar_t);
@@ -25,22 +26,22 @@ HMODULE LoadRegisteredControl() {
     DWORD type = REG_NONE;
     if (key.Query(nullptr, stored, &bytes, &type) != ERROR_SUCCESS ||
         (type != REG_SZ && type != REG_EXPAND_SZ))
-        return nullptr;
+        return {};
     if (type == REG_SZ)
-        return LoadLibraryW(stored);
+        return LoadSystemLibrary(stored);
     wchar_t expanded[MAX_PATH] = {};
     const DWORD length = ExpandEnvironmentStringsW(stored, expanded, MAX_PATH);
-    return length != 0 && length <= MAX_PATH ? LoadLibraryW(expanded) : nullptr;
+    return length != 0 && length <= MAX_PATH ? LoadSystemLibrary(expanded) : UniqueModule();
 }
 
 HtmlHelpEntry FindEntry() {
-    HMODULE control = LoadRegisteredControl();
+    UniqueModule control = LoadRegisteredControl();
     if (!control)
-        control = LoadLibraryW(kControlName);
-    if (!control)
-        return nullptr;
-    return reinterpret_cast<HtmlHelpEntry>(
-        reinterpret_cast<void*>(GetProcAddress(control, MAKEINTRESOURCEA(kHtmlHelpWOrdinal))));
+        control = LoadSystemLibrary(kControlName);
+    const auto entry = FindFunction<HtmlHelpEntry>(control, MAKEINTRESOURCEA(kHtmlHelpWOrdinal));
+    // It stays: its windows outlive the call.
+    [[maybe_unused]] const HMODULE kept = control.Release();
+    return entry;
 }
 
 }  // namespace

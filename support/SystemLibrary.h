@@ -7,14 +7,15 @@
 
 namespace kzp {
 
-// Loads the library from the program's own folder or the system's, never from the current folder or PATH,
-// where anybody could have put one of its name. Empty when it is in neither.
-inline UniqueModule LoadSystemLibrary(const wchar_t* name) {
-    return UniqueModule(
-        LoadLibraryExW(name, nullptr, LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32));
+// Loads the library from the system's folder, never from the program's or the current folder or PATH, where
+// anybody could have put one of its name; so it does with what the library needs. A full path names the
+// library itself. Empty when it is not there.
+inline UniqueModule LoadSystemLibrary(const wchar_t* nameOrPath) {
+    return UniqueModule(LoadLibraryExW(nameOrPath, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32));
 }
 
-// A function that the library exports, or null, also for an empty library.
+// A function that the library exports, by name or by MAKEINTRESOURCE of its ordinal, or null, also for an
+// empty library.
 template <class Function>
 Function FindFunction(const UniqueModule& library, const char* name) {
     if (!library)

@@ -7,6 +7,7 @@
 #include "help/HtmlHelp.h"
 #include "tests/support/Files.h"
 #include "tests/support/ScratchRegistry.h"
+#include "tests/support/SystemFolder.h"
 #include "tools/standins/helpcontrol/HelpRecords.h"
 
 namespace kzp::test {
@@ -59,6 +60,12 @@ TEST_F(ShowingHelp, ExpandsTheControlsRegisteredPath) {
     const std::wstring path = BesideExe(kDllName);
     SetEnvironmentVariableW(L"KZP_HELP_FOLDER", path.substr(0, path.rfind(L'\\')).c_str());
     const RegisteredControl control(std::wstring(L"%KZP_HELP_FOLDER%\\") + kDllName, REG_EXPAND_SZ);
+    EXPECT_EQ(L"a.chm::/kzp-writer-2d.htm", AddressAfter(L"a.chm"));
+}
+
+TEST_F(ShowingHelp, FallsBackToTheControlInTheSystemsFolder) {
+    const RegisteredControl gone(L"C:\\Nowhere\\gone.dll");
+    const SystemFolder system(GetModuleHandleW(nullptr), {{L"hhctrl.ocx", BesideExe(kDllName)}});
     EXPECT_EQ(L"a.chm::/kzp-writer-2d.htm", AddressAfter(L"a.chm"));
 }
 

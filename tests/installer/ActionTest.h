@@ -18,6 +18,7 @@
 #include "tests/support/MessageBoxes.h"
 #include "tests/support/PlugInDll.h"
 #include "tests/support/ScratchRegistry.h"
+#include "tests/support/SystemFolder.h"
 #include "tools/standins/printui/PrintUIRecords.h"
 #include "tools/standins/spooler/SpoolerControl.h"
 
@@ -51,6 +52,9 @@ class ActionTest : public testing::Test {
     ActionTest();
     ~ActionTest() override;
 
+    // What the actions load by name, as it stands beside this program.
+    static SystemFolder::Libraries StandIns();
+
     // The exported action's answer.
     UINT Run(const char* action) const;
 
@@ -61,6 +65,7 @@ class ActionTest : public testing::Test {
     TemporaryFolder m_folder;
     InstallerSession m_session;
     PlugInDll m_plugIn;
+    SystemFolder m_system{m_plugIn.Module(), StandIns()};
     MessageBoxes m_boxes;
     SpoolerServiceFake m_services;
 };

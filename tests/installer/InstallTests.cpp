@@ -196,6 +196,34 @@ TEST_F(Install, LeavesOutWhatTheSystemDoesNotExport) {
     EXPECT_EQ(3u, DescribeMachine().size()) << "the monitor and two settings";
 }
 
+std::vector<std::string> g_searched;
+
+HMODULE WINAPI RecordSearch(LPCSTR name, HANDLE file, DWORD flags) {
+    g_searched.push_back(std::string(name) + (flags == LOAD_LIBRARY_SEARCH_SYSTEM32 ? "" : ", elsewhere"));
+    return LoadLibraryExA(name, file, flags);
+}
+
+HMODULE WINAPI RecordLooseSearch(LPCSTR name) {
+    g_searched.push_back(std::string(name) + ", anywhere");
+    return nullptr;
+}
+
+// One of its name stands beside this program, in the current folder and in PATH.
+TEST_F(Install, TakesLibrariesFromTheSystemsFolderAlone) {
+    const PlugInDll fresh(m_folder.Take(L"KZPWriterUI.dll"));
+    SpoolerServiceFake services(fresh.Module());
+    const ImportPatch delayed(fresh.Module(), "LoadLibraryExA", AddressOf(RecordSearch));
+    const ImportPatch loose(fresh.Module(), "LoadLibraryA", AddressOf(RecordLooseSearch));
+    m_folder.Take(L"printui.dll");
+    SetCurrentDirectoryW(m_folder.Path().c_str());
+    SetEnvironmentVariableW(L"PATH", m_folder.Path().c_str());
+    g_searched.clear();
+    EXPECT_EQ(0u, fresh.Export<UINT(WINAPI*)(MSIHANDLE)>("Install")(m_session.Handle()));
+    EXPECT_EQ(Lines{}, printui::Commands());
+    EXPECT_EQ(std::vector<std::string>{"msi.dll"}, g_searched);
+    SetCurrentDirectoryW(L"C:\\");
+}
+
 int g_closedPrinters = 0;
 
 BOOL WINAPI CountingClosePrinter(HANDLE printer) {
@@ -212,6 +240,7 @@ TEST_F(Install, KeepsThePrinterOfTheLastStepOpen) {
 
 TEST_F(Install, ShowsBuiltInTextsWithoutTheResourceModule) {
     const PlugInDll alone(m_folder.Take(L"KZPWriterUI.dll"));
+    const SystemFolder system(alone.Module(), StandIns());
     SpoolerServiceFake services(alone.Module());
     const auto install = alone.Export<UINT(WINAPI*)(MSIHANDLE)>("Install");
     const struct {
