@@ -9,7 +9,7 @@ set(CMAKE_RC_FLAGS "${CMAKE_RC_FLAGS} -c 65001")
 add_link_options(-static)
 
 # Identical sources give identical files, whatever the folder and the hour.
-add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
+add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}=. -ffile-prefix-map=${CMAKE_BINARY_DIR}=.)
 add_link_options(-Wl,--no-insert-timestamp)
 
 set(KZP_WARNINGS

@@ -6,7 +6,9 @@ function(kzp_delay_library name def)
   set(library ${CMAKE_CURRENT_BINARY_DIR}/lib${name}.a)
   add_custom_command(
     OUTPUT ${library}
-    COMMAND ${CMAKE_DLLTOOL} -d ${def} --output-delaylib ${library}
+    # A relative name, for it becomes part of symbols.
+    COMMAND ${CMAKE_DLLTOOL} -d ${def} --output-delaylib lib${name}.a
+    WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}
     DEPENDS ${def}
     COMMENT "Delay-load library ${name}"
     VERBATIM)

@@ -32,7 +32,8 @@ kzp_strict(KZPWriterUI)
 target_include_directories(KZPWriterUI PRIVATE ${CMAKE_SOURCE_DIR})
 set_target_properties(KZPWriterUI PROPERTIES PREFIX "" CXX_VISIBILITY_PRESET hidden)
 target_compile_options(KZPWriterUI PRIVATE
-  $<$<COMPILE_LANGUAGE:CXX>:-Os -ffunction-sections -fdata-sections>)
+  # Version 4 of the debugging information is what most debuggers read.
+  $<$<COMPILE_LANGUAGE:CXX>:-Os -ffunction-sections -fdata-sections -gdwarf-4>)
 
 # The tests run against these as well; they are never delivered.
 set(KZP_FLAVOUR "" CACHE STRING "Plain, \"checked\" (traps for undefined behaviour) or \"coverage\" (counts lines)")
@@ -44,7 +45,7 @@ elseif(KZP_FLAVOUR STREQUAL "coverage")
 endif()
 
 target_link_options(KZPWriterUI PRIVATE
-  -s -Wl,--gc-sections
+  -Wl,--gc-sections
   # What went into it: scripts/bench reads the map.
   -Wl,-Map,${CMAKE_CURRENT_BINARY_DIR}/KZPWriterUI.map
   # The linker would derive the base from the output's file name; a fixed one keeps builds identical.
@@ -63,10 +64,24 @@ target_link_options(KZPWriterRes PRIVATE
   -Wl,--image-base,0x190000000
   -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
 
+# Symbols stand in a file of their own, which the plug-in names, so that debuggers find it beside the plug-in.
+# Preserved dates are the fixed ones inside the file as well.
+set(stripped ${CMAKE_CURRENT_BINARY_DIR}/stripped)
+add_custom_command(
+  OUTPUT ${stripped}/KZPWriterUI.dll ${stripped}/KZPWriterUI.dll.debug
+  COMMAND ${CMAKE_COMMAND} -E make_directory ${stripped}
+  COMMAND ${CMAKE_OBJCOPY} --preserve-dates --only-keep-debug $<TARGET_FILE:KZPWriterUI> ${stripped}/KZPWriterUI.dll.debug
+  COMMAND ${CMAKE_OBJCOPY} --preserve-dates --strip-all --add-gnu-debuglink=${stripped}/KZPWriterUI.dll.debug
+    $<TARGET_FILE:KZPWriterUI> ${stripped}/KZPWriterUI.dll
+  DEPENDS KZPWriterUI
+  COMMENT "Symbols of KZPWriterUI.dll"
+  VERBATIM)
+
 add_custom_target(dist ALL
   COMMAND ${CMAKE_COMMAND} -E make_directory ${KZP_DIST}
   COMMAND ${CMAKE_COMMAND} -E copy_if_different
-    $<TARGET_FILE:KZPWriterUI> $<TARGET_FILE:KZPWriterRes> ${KZP_DIST}
-  COMMENT "KZPWriterUI.dll, KZPWriterRes.dll"
+    ${stripped}/KZPWriterUI.dll ${stripped}/KZPWriterUI.dll.debug $<TARGET_FILE:KZPWriterRes> ${KZP_DIST}
+  DEPENDS ${stripped}/KZPWriterUI.dll
+  COMMENT "KZPWriterUI.dll, KZPWriterUI.dll.debug, KZPWriterRes.dll"
   VERBATIM)
-add_dependencies(dist KZPWriterUI KZPWriterRes)
+add_dependencies(dist KZPWriterRes)
