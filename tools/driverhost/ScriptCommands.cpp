@@ -145,8 +145,12 @@ void Script::Save(HWND window, const std::wstring& name) {
 }
 
 void Script::Shot(SheetUser& user, const Arguments& arguments) {
-    const bool desktop = arguments.size() > 1 && Either(arguments[1], L"desktop", L"sheet");
-    Save(desktop ? nullptr : user.Sheet().Window(), arguments[0]);
+    HWND window = user.Sheet().Window();
+    if (arguments.size() > 1)
+        window = Either(arguments[1], L"desktop", L"page")
+                     ? nullptr
+                     : user.Sheet().PageWindow(user.Sheet().CurrentPage());
+    Save(window, arguments[0]);
 }
 
 void Script::Shots(SheetUser& user, const Arguments& arguments) {
