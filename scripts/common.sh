@@ -31,7 +31,7 @@ need_packages() {
     fi
 }
 
-need_build_packages() { need_packages cmake ninja-build g++-mingw-w64-x86-64; }
+need_build_packages() { need_packages cmake ninja-build g++-mingw-w64-x86-64 fp-utils; }
 
 need_run_packages() { need_packages wine wine64 xvfb xauth fonts-wine procps; }
 
@@ -49,10 +49,10 @@ logged() {
 }
 
 build_delivered() {
-    say "Building dist/KZPWriterUI.dll and dist/KZPWriterRes.dll"
+    say "Building the plug-in, its texts and the help file"
     logged build/plugin-configure.log cmake --preset plugin
     logged build/plugin-build.log cmake --build --preset plugin
-    ls -l dist/KZPWriterUI.dll dist/KZPWriterRes.dll | awk '{ printf "   %s  %d bytes\n", $NF, $5 }'
+    ls -l dist/KZPWriterUI.dll dist/KZPWriterRes.dll dist/kzpwriter.chm | awk '{ printf "   %s  %d bytes\n", $NF, $5 }'
 }
 
 # build_plugin PRESET: the plug-in as that preset makes it (cmake --list-presets), in build/PRESET/dist.

@@ -1,5 +1,8 @@
 // What the Help buttons do, seen by a stand-in registered as the platform's help control.
 #include <gtest/gtest.h>
+#include <windows.h>
+
+#include <objbase.h>
 
 #include <string>
 
@@ -45,6 +48,30 @@ TEST_F(ShowingHelp, OpensTheInstalledFileAtTheProductsTopic) {
     ShowHelp();
     ASSERT_EQ(1u, Calls().size());
     EXPECT_EQ(L"::/kzp-writer-2d.htm", Calls()[0].address) << "no key, no path";
+}
+
+TEST_F(ShowingHelp, NamesATopicThatThePlatformReadsFromTheDeliveredFile) {
+    const RegisteredControl control(BesideExe(kDllName));
+    const TemporaryFolder folder;
+    std::wstring name = L"@MSITStore:" + AddressAfter(folder.Take(L"kzpwriter.chm"));
+    CLSID parserClass = {};
+    IParseDisplayName* parser = nullptr;
+    IMoniker* moniker = nullptr;
+    IStream* topic = nullptr;
+    ULONG eaten = 0;
+    ASSERT_HRESULT_SUCCEEDED(CoInitialize(nullptr));
+    ASSERT_HRESULT_SUCCEEDED(CLSIDFromProgID(L"MSITStore", &parserClass));
+    ASSERT_HRESULT_SUCCEEDED(CoCreateInstance(parserClass, nullptr, CLSCTX_INPROC_SERVER,
+                                              IID_IParseDisplayName, reinterpret_cast<void**>(&parser)));
+    ASSERT_HRESULT_SUCCEEDED(parser->ParseDisplayName(nullptr, name.data(), &eaten, &moniker));
+    ASSERT_HRESULT_SUCCEEDED(
+        moniker->BindToStorage(nullptr, nullptr, IID_IStream, reinterpret_cast<void**>(&topic)));
+    char text[1024] = {};
+    EXPECT_HRESULT_SUCCEEDED(topic->Read(text, sizeof(text) - 1, nullptr));
+    EXPECT_NE(nullptr, strstr(text, "<title>Brimlake KZP Writer</title>")) << text;
+    for (IUnknown* const object : std::initializer_list<IUnknown*>{topic, moniker, parser})
+        object->Release();
+    CoUninitialize();
 }
 
 TEST_F(ShowingHelp, TakesAPathWithoutTerminatorWithinItsBuffer) {
