@@ -62,8 +62,8 @@ struct Package : testing::Test {
     // The product's files that are there.
     static Lines Files() {
         Lines found;
-        for (const wchar_t* const name :
-             {L"KZPWriterUI.dll", L"KZPWriterRes.dll", L"Driver\\kzpwriter.inf"}) {
+        for (const wchar_t* const name : {L"KZPWriterUI.dll", L"KZPWriterRes.dll", L"kzpwriter.chm",
+                                          L"Driver\\kzpwriter.inf", L"Driver\\kzpwriter.chm"}) {
             if (FileExists(kFolder + name))
                 found.emplace_back(name);
         }
@@ -74,8 +74,9 @@ struct Package : testing::Test {
 
     inline static const std::wstring kPackage = BesideExe(L"KZPWriter.msi");
     inline static const std::wstring kFolder = Folder(L"ProgramW6432") + L"\\Brimlake\\KZP Writer\\";
-    inline static const Lines kAllFiles = {L"KZPWriterUI.dll", L"KZPWriterRes.dll", L"Driver\\kzpwriter.inf",
-                                           L"KZPPortMonitor.dll"};
+    inline static const Lines kAllFiles = {L"KZPWriterUI.dll",       L"KZPWriterRes.dll",
+                                           L"kzpwriter.chm",         L"Driver\\kzpwriter.inf",
+                                           L"Driver\\kzpwriter.chm", L"KZPPortMonitor.dll"};
 
     const std::wstring m_install = L"/i \"" + kPackage + L"\"";
     const std::wstring m_remove = L"/x \"" + kPackage + L"\"";
@@ -94,6 +95,8 @@ TEST_F(Package, InstallsOnceRepairsFilesAloneAndRemoves) {
     EXPECT_EQ(InstalledMachine(), DescribeMachine());
     EXPECT_EQ(kAllFiles, Files());
     EXPECT_EQ(kFolder, ReadValue(HKEY_LOCAL_MACHINE, kSettingsKey, L"InstallDir").value().Text());
+    EXPECT_EQ(kFolder + L"kzpwriter.chm",
+              ReadValue(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath").value().Text());
     EXPECT_EQ(Lines{L"/if /z /r \"Brimlake KZP Writer Port\" /b \"Brimlake KZP Writer\" "
                     L"/m \"Brimlake KZP Writer\" /h \"Intel\" /v \"Windows 2000\" /f \"" +
                     kFolder + L"Driver\\kzpwriter.inf\""},
@@ -123,7 +126,7 @@ TEST_F(Package, InstallsOnceRepairsFilesAloneAndRemoves) {
     EXPECT_EQ(0, removed.Starts(L"Install"));
     EXPECT_EQ(MachineAfterRemoval(), DescribeMachine());
     EXPECT_EQ(Lines{}, Files());
-    EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, kSettingsKey));
+    EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, kProductKey));
     EXPECT_NE(spoolerAfter, SpoolerProcess());
 }
 
