@@ -7,7 +7,8 @@
 
 #include <delayimp.h>
 
-#include "core/Module.h"
+// The linker's name for the first byte of this DLL, which is also its handle.
+extern "C" IMAGE_DOS_HEADER __ImageBase;  // NOLINT(bugprone-reserved-identifier)
 
 namespace kzp {
 
@@ -21,7 +22,7 @@ INT_PTR WINAPI AnswerNothing() {
 // module at all the run-time would go on to its own search.
 FARPROC LoadFromSystemFolder(const char* name) {
     const HMODULE library = LoadLibraryExA(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(library ? library : g_hInstance));
+    return reinterpret_cast<FARPROC>(library ? static_cast<void*>(library) : &__ImageBase);
 }
 
 FARPROC WINAPI OnDelayLoad(unsigned notification, PDelayLoadInfo load) {
