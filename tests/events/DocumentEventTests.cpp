@@ -73,8 +73,8 @@ TEST(OtherEvents, SucceedWithoutCallingAnything) {
     g_calls = 0;
     {
         std::vector<std::unique_ptr<ImportPatch>> patches;
-        for (const std::string& function : ImportedFunctions(machine.PlugInModule()))
-            patches.push_back(std::make_unique<ImportPatch>(machine.PlugInModule(), function.c_str(),
+        for (const Import& import : ImportsOf(machine.PlugInModule()))
+            patches.push_back(std::make_unique<ImportPatch>(machine.PlugInModule(), import.function.c_str(),
                                                             AddressOf(CountCall)));
         EXPECT_GT(patches.size(), 50u);
         for (INT event = -1; event <= 20; ++event) {

@@ -2,13 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 namespace kzp::test {
 
 namespace {
 
-// Calls `visit` with the name and the slot of every function imported by name; ends when it answers true.
+// Calls `visit` with every function imported by name and its slot; ends when it answers true.
 template <class Visit>
 void VisitImports(HMODULE module, Visit&& visit) {
     auto* const base = reinterpret_cast<BYTE*>(module);
@@ -23,8 +21,9 @@ void VisitImports(HMODULE module, Visit&& visit) {
                 continue;
             const auto* const byName =
                 reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
-            if (visit(reinterpret_cast<const char*>(byName->Name),
-                      reinterpret_cast<void**>(&slot->u1.Function)))
+            const Import import = {reinterpret_cast<const char*>(base + dll->Name),
+                                   reinterpret_cast<const char*>(byName->Name)};
+            if (visit(import, reinterpret_cast<void**>(&slot->u1.Function)))
                 return;
         }
     }
@@ -32,8 +31,8 @@ void VisitImports(HMODULE module, Visit&& visit) {
 
 void** FindImportSlot(HMODULE module, const char* function) {
     void** found = nullptr;
-    VisitImports(module, [&](const char* name, void** slot) {
-        found = std::strcmp(name, function) == 0 ? slot : nullptr;
+    VisitImports(module, [&](const Import& import, void** slot) {
+        found = import.function == function ? slot : nullptr;
         return found != nullptr;
     });
     return found;
@@ -63,13 +62,13 @@ ImportPatch::~ImportPatch() {
         Exchange(m_slot, m_original);
 }
 
-std::vector<std::string> ImportedFunctions(HMODULE module) {
-    std::vector<std::string> names;
-    VisitImports(module, [&](const char* name, void**) {
-        names.push_back(name);
+std::vector<Import> ImportsOf(HMODULE module) {
+    std::vector<Import> imports;
+    VisitImports(module, [&](const Import& import, void**) {
+        imports.push_back(import);
         return false;
     });
-    return names;
+    return imports;
 }
 
 }  // namespace kzp::test

@@ -27,8 +27,13 @@ class ImportPatch {
     void* m_original = nullptr;
 };
 
-// The functions that a loaded module imports by name.
-std::vector<std::string> ImportedFunctions(HMODULE module);
+struct Import {
+    std::string dll;
+    std::string function;
+};
+
+// The load-time imports of a loaded module that have names.
+std::vector<Import> ImportsOf(HMODULE module);
 
 // For passing a function where a patch wants its address.
 template <class Function>

@@ -73,31 +73,7 @@ constexpr Spared kSpared[] = {
     {"TlsSetValue", "the run-time's thread data"},
 };
 
-template <class Visit>
-void VisitImports(HMODULE module, Visit&& visit) {
-    auto* const base = reinterpret_cast<BYTE*>(module);
-    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
-    const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-    const DWORD imports = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-    for (auto* dll = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + imports); dll->Name; ++dll) {
-        auto* name = reinterpret_cast<const IMAGE_THUNK_DATA*>(base + dll->OriginalFirstThunk);
-        for (; name->u1.AddressOfData; ++name) {
-            if (!IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal))
-                visit(reinterpret_cast<const char*>(base + dll->Name),
-                      reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData)->Name);
-        }
-    }
-}
-
 }  // namespace
-
-std::vector<Import> ImportsOf(HMODULE module) {
-    std::vector<Import> imports;
-    VisitImports(module, [&](const char* dll, const void* function) {
-        imports.push_back({dll, static_cast<const char*>(function)});
-    });
-    return imports;
-}
 
 const char* WhySpared(const Import& import) {
     const auto named = std::find_if(std::begin(kSpared), std::end(kSpared),

@@ -5,19 +5,12 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "tests/support/ImportPatch.h"
 
 namespace stress {
 
-struct Import {
-    std::string dll;
-    std::string function;
-};
-
-// The load-time imports of a loaded module.
-std::vector<Import> ImportsOf(HMODULE module);
+using kzp::test::Import;
 
 // Why a function is not refused; null for one that is.
 const char* WhySpared(const Import& import);

@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <map>
+#include <memory>
 
 #include "tests/support/MessageBoxes.h"
 #include "tools/driverhost/PrintCommand.h"
@@ -17,23 +19,6 @@ namespace {
 using driverhost::HostError;
 
 constexpr wchar_t kViewerKey[] = L"SOFTWARE\\Wow6432Node\\Brimlake\\Plansight\\ProductInfo";
-
-// The plug-in loaded afresh, with one call of one function refused.
-class Attempt {
-  public:
-    Attempt(const std::string& function, LONG64 call)
-        : m_plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll")),
-          m_shell(m_plugIn.Module()),
-          m_fail(m_plugIn.Module(), function, call) {}
-
-    const driverhost::PlugIn& PlugIn() const { return m_plugIn; }
-    LONG64 Calls() const { return m_fail.Calls(); }
-
-  private:
-    driverhost::PlugIn m_plugIn;
-    QuietShell m_shell;
-    FailOnce m_fail;
-};
 
 void CreateAndGreet(Run&, const driverhost::PlugIn& plugIn) {
     const auto object = plugIn.CreateObject();
@@ -85,17 +70,34 @@ constexpr Operation kOperations[] = {{L"creation", CreateAndGreet},
                                      {L"items and pages", ShowItemsAndPages},
                                      {L"a document", PrintOne}};
 
-// Answers how often the operation calls the function. A host may be refused; nothing else may happen.
-LONG64 Perform(Run& run, const Operation& operation, const std::string& function, LONG64 call) {
+// How often the operation calls each function, in the plug-in loaded afresh.
+std::map<std::string, LONG64> CountCalls(Run& run, const Operation& operation,
+                                         const std::vector<Import>& imports) {
+    run.Doing(L"%ls: nothing refused", operation.name);
+    const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+    const QuietShell shell(plugIn.Module());
+    std::map<std::string, std::unique_ptr<FailOnce>> counters;
+    for (const Import& import : imports)
+        counters[import.function] = std::make_unique<FailOnce>(plugIn.Module(), import.function, 0);
+    operation.perform(run, plugIn);
+    std::map<std::string, LONG64> calls;
+    for (const auto& [function, counter] : counters)
+        calls[function] = counter->Calls();
+    return calls;
+}
+
+// Again, with one call refused. The host may find itself refused; nothing else may happen.
+void Refuse(Run& run, const Operation& operation, const std::string& function, LONG64 call) {
     const kzp::test::MessageBoxes boxes;
     run.Doing(L"%ls: call %lld of %hs refused", operation.name, call, function.c_str());
-    const Attempt attempt(function, call);
+    const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+    const QuietShell shell(plugIn.Module());
+    const FailOnce fail(plugIn.Module(), function, call);
     try {
-        operation.perform(run, attempt.PlugIn());
+        operation.perform(run, plugIn);
     } catch (const HostError&) {
-        run.Expect(call != 0, L"%ls fails by itself", operation.name);
     }
-    return attempt.Calls();
+    run.Tried();
 }
 
 // A whole journey: open, edit a little, OK.
@@ -113,14 +115,6 @@ LONG64 PerformSheet(Run& run, const std::string& function, LONG64 call) {
         Ending::kOk);
     run.Expect(closed.has_value() || call != 0, L"the sheet fails by itself");
     return fail.Calls();
-}
-
-void RefuseEachCall(Run& run, const Operation& operation, const std::string& function, LONG64 most) {
-    const LONG64 calls = Perform(run, operation, function, 0);
-    for (LONG64 call = 1; call <= std::min(calls, most); ++call) {
-        Perform(run, operation, function, call);
-        run.Tried();
-    }
 }
 
 // The first call, and some of the others: a sheet takes a while.
@@ -161,7 +155,7 @@ void Faults(Run& run) {
     std::vector<Import> imports;
     {
         const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
-        imports = ImportsOf(plugIn.Module());
+        imports = kzp::test::ImportsOf(plugIn.Module());
     }
     const size_t all = imports.size();
     std::erase_if(imports, [](const Import& import) { return WhySpared(import) != nullptr; });
@@ -178,8 +172,9 @@ void Faults(Run& run) {
         return LeavesSomethingBehind(target.function);
     });
 
-    for (const Operation& operation : kOperations)
-        Perform(run, operation, "malloc", 0);
+    std::map<std::string, LONG64> calls[std::size(kOperations)];
+    for (size_t operation = 0; operation < std::size(kOperations); ++operation)
+        calls[operation] = CountCalls(run, kOperations[operation], imports);
     WarmUpSheets();
     for (run.Begin(static_cast<LONG64>(targets.size()), counted - targets.begin()); run.Next();) {
         const Target& target = targets[static_cast<size_t>(run.Iteration())];
@@ -188,8 +183,11 @@ void Faults(Run& run) {
                             static_cast<int>(target.function == "malloc" ? run.Either(40, 2) : 4));
             continue;
         }
-        for (const Operation& operation : kOperations)
-            RefuseEachCall(run, operation, target.function, run.Either(60, 2));
+        for (size_t operation = 0; operation < std::size(kOperations); ++operation) {
+            const LONG64 most = std::min(calls[operation][target.function], run.Either(60, 2));
+            for (LONG64 call = 1; call <= most; ++call)
+                Refuse(run, kOperations[operation], target.function, call);
+        }
     }
 }
 

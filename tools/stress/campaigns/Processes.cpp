@@ -135,26 +135,23 @@ void Kills(Run& run) {
 int WorkAlongside(DWORD owner, std::uint64_t seed) {
     const ScratchRegistry registry(owner);
     Dice dice(seed);
-    for (int round = 0; round < 2; ++round) {
-        HostedSheet host;
-        const QuietShell shell(host.plugIn.Module());
-        const auto closed = PlaySheet(
-            host,
-            [&](driverhost::SheetUser& user) {
-                static constexpr int kClicks[] = {IDC_DISPLAY_IN_VIEWER, IDC_PROMPT_FILE_NAME,
-                                                  IDC_OUTPUT_KZP,        IDC_OUTPUT_KZPX,
-                                                  IDC_FONTS_ALL,         IDC_FONTS_NONE};
-                for (int click = 0; click < 5; ++click)
-                    SendMessageW(user.Find(dice.OneOf(kClicks)), BM_CLICK, 0, 0);
-            },
-            Ending::kOk);
-        if (!closed)
-            return 1;
-        for (const auto& call :
-             driverhost::PrintDocument(host.session.Object(), host.session.Printer(), L"A document").calls) {
-            if (call.result != S_OK)
-                return 2;
-        }
+    HostedSheet host;
+    const QuietShell shell(host.plugIn.Module());
+    const auto closed = PlaySheet(
+        host,
+        [&](driverhost::SheetUser& user) {
+            static constexpr int kClicks[] = {IDC_DISPLAY_IN_VIEWER, IDC_PROMPT_FILE_NAME, IDC_OUTPUT_KZP,
+                                              IDC_OUTPUT_KZPX,       IDC_FONTS_ALL,        IDC_FONTS_NONE};
+            for (int click = 0; click < 5; ++click)
+                SendMessageW(user.Find(dice.OneOf(kClicks)), BM_CLICK, 0, 0);
+        },
+        Ending::kOk);
+    if (!closed)
+        return 1;
+    for (const auto& call :
+         driverhost::PrintDocument(host.session.Object(), host.session.Printer(), L"A document").calls) {
+        if (call.result != S_OK)
+            return 2;
     }
     return 0;
 }
@@ -164,7 +161,7 @@ void Together(Run& run) {
     SetUpPrinter();
     WriteText(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", L"C:\\KZP\\writer.chm");
     WriteDword(HKEY_LOCAL_MACHINE, kQueueKey, L"Attributes", 0x40);
-    for (run.Begin(run.Either(6, 1), 1); run.Next();) {
+    for (run.Begin(run.Either(12, 1), 1); run.Next();) {
         run.Doing(L"eight processes at once");
         std::vector<kzp::UniqueKernelHandle> processes;
         for (int process = 0; process < kAtOnce; ++process)

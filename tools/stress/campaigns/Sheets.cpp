@@ -11,7 +11,7 @@ void Sheets(Run& run) {
     SetUpPrinter();
     WarmUpSheets();
     int accepted = 0, refused = 0, cancelled = 0;
-    for (run.Begin(run.Either(200, 6), run.Either(12, 2)); run.Next();) {
+    for (run.Begin(run.Either(200, 4), run.Either(12, 2)); run.Next();) {
         driverhost::SheetOptions shape;
         shape.applyButton = !run.Random().OneIn(4);
         shape.extraFirstPage = run.Random().OneIn(4);
