@@ -21,7 +21,7 @@ bool PairMisfits(Margin first, Margin second, double paper) {
     return a >= paper || b >= paper || a + b - paper >= -kLeastLeft;
 }
 
-bool MarginsMisfitPaper(double width, double height) {
+bool MarginsFitTurnedPaper(double width, double height) {
     return g_measures.orientation != 0 ? MarginsFit(width, height) : MarginsFit(height, width);
 }
 
@@ -32,7 +32,7 @@ KZPPrivateDevMode* Record() {
 }  // namespace
 
 bool MarginsFit(double paperW, double paperH) {
-    return PairMisfits(kLeft, kRight, paperW) || PairMisfits(kTop, kBottom, paperH);
+    return !PairMisfits(kLeft, kRight, paperW) && !PairMisfits(kTop, kBottom, paperH);
 }
 
 bool CustomSizeValid() {
@@ -45,7 +45,7 @@ bool CustomSizeValid() {
         if (width < least || width > most || height < least || height > most)
             return false;
     }
-    return !MarginsMisfitPaper(width, height);
+    return MarginsFitTurnedPaper(width, height);
 }
 
 bool StandardFormValid() {
@@ -57,7 +57,7 @@ bool StandardFormValid() {
         width = std::floor(width * 25.4 + 0.5);
         height = std::floor(height * 25.4 + 0.5);
     }
-    return !MarginsMisfitPaper(width, height);
+    return MarginsFitTurnedPaper(width, height);
 }
 
 bool SizesValid() {

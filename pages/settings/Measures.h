@@ -31,9 +31,8 @@ struct PageMeasureState {
 
 extern PageMeasureState g_measures;
 
-// Answers true for a MISFIT: with the margins of `checkedMargin`, rounded to hundredths, a margin or a pair
-// of them leaves nothing of the paper (less than 0.001). The paper's size is in the current unit and not
-// rounded.
+// True when the margins of `checkedMargin`, rounded to hundredths, leave something of the paper, alone and in
+// pairs (more than 0.001). The paper's size is in the current unit and not rounded.
 bool MarginsFit(double paperW, double paperH);
 
 // While "User Defined" is selected: width and height within 1 to 100 inches (25.4 to 2540 millimetres), and

@@ -65,6 +65,13 @@ void WriteBack(HWND page, const NumericEdit& edit, const char* text) {
     SendMessageW(window, EM_SETSEL, static_cast<WPARAM>(at), at);
 }
 
+void StepBy(decltype(StepTextUp)& step, HWND page, int controlId, unsigned minimum) {
+    NumberText text = L"", stepped;
+    GetDlgItemTextW(page, controlId, text, kNumberChars);
+    step(text, minimum, stepped);
+    SetDlgItemTextW(page, controlId, stepped);
+}
+
 }  // namespace
 
 int FilterNumericEdit(HWND page, int controlId) {
@@ -87,24 +94,12 @@ int FilterNumericEdit(HWND page, int controlId) {
     return 1;
 }
 
-bool ValidateNumericEdit(HWND page, int controlId, unsigned minimum) {
-    NumberText text = L"";
-    GetDlgItemTextW(page, controlId, text, kNumberChars);
-    return IsValidNumber(text, minimum);
-}
-
 void StepUp(HWND page, int controlId, unsigned minimum) {
-    NumberText text = L"", stepped;
-    GetDlgItemTextW(page, controlId, text, kNumberChars);
-    StepTextUp(text, minimum, stepped);
-    SetDlgItemTextW(page, controlId, stepped);
+    StepBy(StepTextUp, page, controlId, minimum);
 }
 
 void StepDown(HWND page, int controlId, unsigned minimum) {
-    NumberText text = L"", stepped;
-    GetDlgItemTextW(page, controlId, text, kNumberChars);
-    StepTextDown(text, minimum, stepped);
-    SetDlgItemTextW(page, controlId, stepped);
+    StepBy(StepTextDown, page, controlId, minimum);
 }
 
 int EditOfSpinButton(UINT_PTR spinId) {

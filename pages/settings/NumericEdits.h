@@ -11,9 +11,6 @@ namespace kzp {
 // ignored.
 int FilterNumericEdit(HWND page, int controlId);
 
-// True when the edit holds a number not below `minimum`, or nothing and `minimum` is 0.
-bool ValidateNumericEdit(HWND page, int controlId, unsigned minimum);
-
 // One step of 0.05 in the current unit. An edit that holds no such number becomes `minimum`.
 void StepUp(HWND page, int controlId, unsigned minimum);
 void StepDown(HWND page, int controlId, unsigned minimum);

@@ -43,21 +43,21 @@ using Commit = MeasuresTest;
 TEST_F(Margins, MustLeaveSomeOfThePaper) {
     const struct {
         float left, top, right, bottom;
-        bool misfit;
+        bool fit;
     } cases[] = {
-        {0, 0, 0, 0, false},          {4.25f, 0, 4.25f, 0, true},  // nothing left
-        {4.25f, 0, 4.24f, 0, false},                               // a hundredth left
-        {4.25f, 0, 4.2446f, 0, true},                              // rounded to 4.25 first
-        {8.5f, 0, 0, 0, true},                                     // one margin alone
-        {0, 0, 8.5f, 0, true},                                     //
-        {0, 5.5f, 0, 5.5f, true},                                  // top and bottom take the height
-        {0, 5.5f, 0, 5.49f, false},                                //
-        {8.4f, 10.9f, 0, 0, false},                                //
+        {0, 0, 0, 0, true},
+        {4.25f, 0, 4.25f, 0, false},    // nothing left
+        {4.25f, 0, 4.24f, 0, true},     // a hundredth left
+        {4.25f, 0, 4.2446f, 0, false},  // rounded to 4.25 first
+        {8.5f, 0, 0, 0, false},         // one margin alone
+        {0, 0, 8.5f, 0, false},         //
+        {0, 5.5f, 0, 5.5f, false},      // top and bottom take the height
+        {0, 5.5f, 0, 5.49f, true},      //
+        {8.4f, 10.9f, 0, 0, true},      //
     };
     for (const auto& c : cases) {
         SetMargins(c.left, c.top, c.right, c.bottom);
-        EXPECT_EQ(MarginsFit(8.5, 11), c.misfit)
-            << c.left << ' ' << c.top << ' ' << c.right << ' ' << c.bottom;
+        EXPECT_EQ(MarginsFit(8.5, 11), c.fit) << c.left << ' ' << c.top << ' ' << c.right << ' ' << c.bottom;
     }
 }
 
