@@ -5,6 +5,7 @@
 #include <cwchar>
 
 #include "support/RegistryKey.h"
+#include "support/WindowsVersion.h"
 
 namespace kzp {
 
@@ -43,9 +44,7 @@ BOOL CALLBACK StopAtVisibleWindow(HWND window, LPARAM parameter) {
 }  // namespace
 
 bool UsesInteractionApp() {
-    OSVERSIONINFOW version = {};
-    version.dwOSVersionInfoSize = sizeof version;
-    return GetVersionExW(&version) && version.dwMajorVersion >= 6 && QueueIsSpooled();
+    return WindowsVersion().dwMajorVersion >= 6 && QueueIsSpooled();
 }
 
 DWORD FindOtherProcessByName(const wchar_t* name) {

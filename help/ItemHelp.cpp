@@ -84,11 +84,10 @@ BOOL SetItemHelp(HANDLE hPrinter, HANDLE hHeap, HMODULE hModule, POPTITEM pOptIt
     const POIEXT extension = EnsureExtension(hHeap, pOptItem);
     if (!extension)
         return FALSE;
-    const HMODULE texts = AcquireResModule(hModule);
-    if (!texts)
+    const ResModuleUse texts(hModule);
+    if (!texts.Get())
         return FALSE;
-    extension->pHelpFile = BuildHelpFilePath(hPrinter, hHeap, texts, stringId);
-    ReleaseResModule(texts);
+    extension->pHelpFile = BuildHelpFilePath(hPrinter, hHeap, texts.Get(), stringId);
     pOptItem->Flags |= OPTIF_HAS_POIEXT;
     pOptItem->HelpIndex = helpIndex;
     return TRUE;

@@ -45,10 +45,8 @@ PWSTR LoadResString(HANDLE hHeap, HMODULE hModuleFallback, UINT id) {
         static_cast<PWSTR>(HeapAlloc(hHeap, HEAP_ZERO_MEMORY, kTextCharacters * sizeof(wchar_t)));
     if (!text)
         return nullptr;
-    const HMODULE shared = AcquireResModule(hModuleFallback);
-    const int length = LoadStringW(shared ? shared : hModuleFallback, id, text, kTextCharacters);
-    if (shared)
-        ReleaseResModule(shared);
+    const ResModuleUse shared(hModuleFallback);
+    const int length = LoadStringW(shared.Get() ? shared.Get() : hModuleFallback, id, text, kTextCharacters);
     if (length <= 0) {
         HeapFree(hHeap, 0, text);
         return nullptr;

@@ -18,7 +18,8 @@ HMODULE AcquireResModule(HMODULE hModuleBeside);
 // Gives one acquisition back; the last one frees the module. Any handle but the shared one is ignored.
 void ReleaseResModule(HMODULE hModule);
 
-// Keeps the module in memory while many texts are loaded, each of which would load and free it again.
+// One acquisition; it also keeps the module in memory while many texts are loaded, each of which would load
+// and free it again.
 class ResModuleUse {
   public:
     explicit ResModuleUse(HMODULE hModuleBeside) : m_module(AcquireResModule(hModuleBeside)) {}
@@ -28,6 +29,8 @@ class ResModuleUse {
     }
     ResModuleUse(const ResModuleUse&) = delete;
     ResModuleUse& operator=(const ResModuleUse&) = delete;
+
+    HMODULE Get() const { return m_module; }  // null when it is not there
 
   private:
     HMODULE m_module;

@@ -43,12 +43,9 @@ void LogInstallError(MSIHANDLE hInstall, const wchar_t* text, DWORD code) {
 }
 
 int LoadInstallerString(UINT id, wchar_t* buffer, int capacity) {
-    const HMODULE module = AcquireResModule(g_hInstance);
-    if (!module)
-        return 0;  // a null module would look among the texts of the installer's own program
-    const int length = LoadStringW(module, id, buffer, capacity);
-    ReleaseResModule(module);
-    return length;
+    const ResModuleUse texts(g_hInstance);
+    // A null module would look among the texts of the installer's own program.
+    return texts.Get() ? LoadStringW(texts.Get(), id, buffer, capacity) : 0;
 }
 
 void ShowInstallFailure(const InstallFailure& failure) {

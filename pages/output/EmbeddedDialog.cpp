@@ -9,6 +9,7 @@
 #include "pages/output/OsClass.h"
 #include "resources/resource.h"
 #include "settings/SheetState.h"
+#include "support/WindowsVersion.h"
 
 namespace kzp {
 
@@ -37,18 +38,15 @@ bool IsRestrictedProcess() {
 }
 
 int CurrentOsClass() {
-    OSVERSIONINFOW record = {};
-    record.dwOSVersionInfoSize = sizeof record;
-    GetVersionExW(&record);
+    const OSVERSIONINFOW record = WindowsVersion();
     return ClassifyOs(GetVersion(), &record);
 }
 
 // The notice may be longer than what LoadResString hands out.
 void ShowNotice(HWND page) {
     wchar_t text[kNoticeCharacters] = {};
-    const HMODULE texts = AcquireResModule(g_hInstance);
-    LoadStringW(texts ? texts : g_hInstance, IDS_FONTS_UNAVAILABLE, text, kNoticeCharacters);
-    ReleaseResModule(texts);
+    const ResModuleUse texts(g_hInstance);
+    LoadStringW(texts.Get() ? texts.Get() : g_hInstance, IDS_FONTS_UNAVAILABLE, text, kNoticeCharacters);
     const HWND notice = CreateWindowExW(0, L"static", text, WS_CHILD | WS_VISIBLE, 10, 150, 410, 50, page,
                                         nullptr, g_hInstance, nullptr);
     SendMessageW(notice, WM_SETFONT, static_cast<WPARAM>(SendMessageW(page, WM_GETFONT, 0, 0)), FALSE);

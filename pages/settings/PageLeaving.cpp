@@ -7,6 +7,7 @@
 #include "pages/settings/Measures.h"
 #include "resources/resource.h"
 #include "settings/SheetState.h"
+#include "support/WindowsVersion.h"
 
 namespace kzp {
 
@@ -20,12 +21,9 @@ int AskTabs(UINT message) {
 }
 
 bool IsWindowsXP() {
-    OSVERSIONINFOW version = {};
-    version.dwOSVersionInfoSize = sizeof version;
-    return GetVersionExW(&version) && version.dwMajorVersion == 5 && version.dwMinorVersion == 1;
+    const OSVERSIONINFOW version = WindowsVersion();
+    return version.dwMajorVersion == 5 && version.dwMinorVersion == 1;
 }
-
-}  // namespace
 
 void ShowInvalidSizeMessage() {
     const std::wstring caption = LoadText(IDS_INVALID_SIZE_CAPTION);
@@ -33,12 +31,15 @@ void ShowInvalidSizeMessage() {
     MessageBoxW(g_sheet.SheetTabControl, text.c_str(), caption.c_str(), MB_ICONEXCLAMATION);
 }
 
+// Presses Ctrl+Tab until the sheet's second-to-last tab, which is this page, is in front again.
 void ReturnToPage() {
     const int count = AskTabs(TCM_GETITEMCOUNT);
     const int current = AskTabs(TCM_GETCURSEL);
     const int target = count - (g_sheet.ExtraPageAdded ? 1 : 2);
     PressCtrlTab(current <= target ? target - current : count - current + target);
 }
+
+}  // namespace
 
 bool LeavePage(bool initialising) {
     if (initialising && !g_measures.CustomSizeSelected)

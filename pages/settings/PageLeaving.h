@@ -6,12 +6,6 @@
 
 namespace kzp {
 
-// The message box about invalid sizes, owned by the sheet's tab control.
-void ShowInvalidSizeMessage();
-
-// Presses Ctrl+Tab until the sheet's second-to-last tab, which is this page, is in front again.
-void ReturnToPage();
-
 // PSN_KILLACTIVE. False when the sizes are invalid, which has then been said. The change of tabs is not
 // vetoed: the page comes back when it is hidden.
 bool LeavePage(bool initialising);
