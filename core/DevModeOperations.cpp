@@ -5,6 +5,7 @@
 #include "core/InteractionApp.h"
 #include "core/KZPPrivateDevMode.h"
 #include "core/SignalMapping.h"
+#include "support/Spooler.h"
 
 namespace kzp {
 
@@ -38,8 +39,8 @@ void SetDefaults(HANDLE printer, KZPPrivateDevMode* record) {
     record->SetDefaultHeader();
     float margins[4] = {};
     DWORD needed = 0;
-    (void)GetPrinterDataW(printer, const_cast<PWSTR>(kMarginPrinterData), nullptr,
-                          reinterpret_cast<BYTE*>(margins), sizeof margins, &needed);
+    (void)GetPrinterDataW(printer, SpoolerText(kMarginPrinterData), nullptr, reinterpret_cast<BYTE*>(margins),
+                          sizeof margins, &needed);
     std::memcpy(record->fMargins, margins, sizeof margins);
 }
 

@@ -3,11 +3,11 @@
 
 #include <msi.h>
 #include <msiquery.h>
-#include <winspool.h>
 
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "core/DebugTrace.h"
 #include "installer/InstallNames.h"
@@ -15,10 +15,12 @@
 #include "installer/PortMonitor.h"
 #include "installer/PrinterSetup.h"
 #include "installer/SpoolerService.h"
+#include "pages/settings/SpoolerForms.h"
 #include "resources/resource.h"
+#include "settings/SettingsStore.h"
 #include "support/RegistryKey.h"
+#include "support/Spooler.h"
 #include "support/SystemLibrary.h"
-#include "support/UniqueHandle.h"
 
 namespace kzp {
 
@@ -27,25 +29,18 @@ namespace {
 constexpr wchar_t kPrinterKey[] = L"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Brimlake KZP Writer";
 constexpr wchar_t kDirectoryKey[] =
     L"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Brimlake KZP Writer\\DsSpooler";
-constexpr wchar_t kUserKey[] = L"SOFTWARE\\Brimlake\\KZPWriter\\3";
-
 constexpr wchar_t kAttributes[] = L"Attributes";               // REG_DWORD: PRINTER_ATTRIBUTE_*
 constexpr wchar_t kPrintSpooling[] = L"printSpooling";         // REG_SZ, published in the directory
 constexpr wchar_t kPublishDirectory[] = L"Publish Directory";  // REG_SZ, stored without data
 constexpr wchar_t kEnableAscii[] = L"Enable ASCII";            // REG_DWORD
 
-constexpr wchar_t kFormName[] = L"User Defined";
-constexpr LONG kFormWidth = 215900;   // thousandths of a millimetre: 8.5 inches
-constexpr LONG kFormHeight = 279400;  // 11 inches
+// 8.5 by 11 inches; the sheet itself makes the form half an inch shorter when it is missing.
+constexpr LONG kFormWidthTenthMm = 2159;
+constexpr LONG kFormHeightTenthMm = 2794;
 
 constexpr InstallFailure kOpenPrinterFailed = {IDS_OPEN_PRINTER_FAILED, L"Failed to open printer"};
 constexpr InstallFailure kGetPrinterFailed = {IDS_GET_PRINTER_FAILED, L"GetPrinter Function Failed."};
 constexpr InstallFailure kSetPortFailed = {IDS_SET_PORT_FAILED, L"Failed to reassign printer port"};
-
-// The spooler's records and calls ask for writable texts but only read them.
-wchar_t* Text(const wchar_t* text) {
-    return const_cast<wchar_t*>(text);
-}
 
 // The driver's INF file: the first of the ";"-separated fields that the package passes. Answers false when
 // they do not fit into MAX_PATH characters.
@@ -68,8 +63,8 @@ void AddPorts() {
     if (!addPort)
         return;
     for (const wchar_t* const name : {kMainPortName, kSecondPortName}) {
-        PORT_INFO_1W port = {Text(name)};
-        addPort(nullptr, 1, reinterpret_cast<BYTE*>(&port), Text(kPortOwner));
+        PORT_INFO_1W port = {SpoolerText(name)};
+        addPort(nullptr, 1, reinterpret_cast<BYTE*>(&port), SpoolerText(kPortOwner));
     }
 }
 
@@ -97,34 +92,12 @@ void SetDirectPrinting() {
     }
 }
 
-// Empty, with the last error set, when the printer cannot be opened.
-UniquePrinter OpenInstalledPrinter() {
-    PRINTER_DEFAULTSW defaults = {nullptr, nullptr, PRINTER_ALL_ACCESS};
-    UniquePrinter printer;
-    if (!OpenPrinterW(Text(kPrinterName), printer.Put(), &defaults))
-        (void)printer.Release();  // a failed open owns nothing, whatever it left behind
-    return printer;
-}
-
-// A form that stands already stays as it is.
-void AddPaperForm() {
-    const UniquePrinter printer = OpenInstalledPrinter();
-    if (!printer)
-        return;
-    FORM_INFO_1W form = {};
-    form.Flags = FORM_USER;
-    form.pName = Text(kFormName);
-    form.Size = {kFormWidth, kFormHeight};
-    form.ImageableArea = {0, 0, kFormWidth, kFormHeight};
-    AddFormW(printer.Get(), 1, reinterpret_cast<BYTE*>(&form));
-}
-
 bool IsMissing(const RegistryKey& key, const wchar_t* name) {
     return key.Query(name, nullptr, nullptr) == ERROR_FILE_NOT_FOUND;
 }
 
 void SeedUserSettings() {
-    const auto key = RegistryKey::Create(HKEY_CURRENT_USER, kUserKey, KEY_ALL_ACCESS);
+    const auto key = RegistryKey::Create(HKEY_CURRENT_USER, kSettingsKey, KEY_ALL_ACCESS);
     if (!key)
         return;
     if (IsMissing(key, kPublishDirectory))
@@ -135,7 +108,7 @@ void SeedUserSettings() {
 
 // The set-up may have left the printer on another port, since the monitor comes last.
 void ReassignPrinterPort(MSIHANDLE hInstall) {
-    UniquePrinter owned = OpenInstalledPrinter();
+    UniquePrinter owned = OpenPrinterWithAllAccess(kPrinterName);
     if (!owned) {
         const DWORD error = GetLastError();
         ShowInstallFailure(kOpenPrinterFailed);
@@ -155,7 +128,7 @@ void ReassignPrinterPort(MSIHANDLE hInstall) {
         ShowInstallFailure(kGetPrinterFailed);
         return;
     }
-    reinterpret_cast<PRINTER_INFO_2W*>(buffer.get())->pPortName = Text(kMainPortName);
+    reinterpret_cast<PRINTER_INFO_2W*>(buffer.get())->pPortName = SpoolerText(kMainPortName);
     if (!SetPrinterW(printer, 2, buffer.get(), 0))
         ShowInstallFailure(kSetPortFailed);
 }
@@ -174,10 +147,11 @@ extern "C" UINT WINAPI Install(MSIHANDLE hInstall) {
             return ERROR_UNKNOWN_PROPERTY;
         AddPorts();
         InstallPrinter(infPath);
-        SpoolerService spooler = StopSpooler();
+        SpoolerService stopped = StopSpooler();
         SetDirectPrinting();
-        StartSpoolerAndWait(hInstall, spooler.manager, spooler.service);
-        AddPaperForm();
+        StartSpoolerAndWait(hInstall, std::move(stopped));
+        // A form that stands already stays as it is.
+        AddCustomForm(kPrinterName, kCustomFormName, kFormWidthTenthMm, kFormHeightTenthMm);
         SeedUserSettings();
         AddPortMonitor(hInstall);
         ReassignPrinterPort(hInstall);

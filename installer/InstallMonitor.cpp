@@ -2,7 +2,6 @@
 #include <windows.h>
 
 #include <msi.h>
-#include <winspool.h>
 
 #include <string>
 
@@ -10,21 +9,6 @@
 #include "installer/InstallNames.h"
 #include "installer/InstallerLog.h"
 #include "installer/PortMonitor.h"
-
-namespace kzp {
-
-namespace {
-
-bool AddMonitorFor(std::wstring dll) {
-    std::wstring name = kMonitorName;
-    wchar_t currentEnvironment[] = L"";
-    MONITOR_INFO_2W monitor = {name.data(), currentEnvironment, dll.data()};
-    return AddMonitorW(nullptr, 2, reinterpret_cast<BYTE*>(&monitor)) != FALSE;
-}
-
-}  // namespace
-
-}  // namespace kzp
 
 // Answers ERROR_SUCCESS when the monitor was added and ERROR_INSTALL_FAILURE otherwise, also when it stood
 // already. Nothing is shown or logged.
@@ -37,7 +21,7 @@ extern "C" UINT WINAPI InstallMonitor(MSIHANDLE hInstall) {
                              if (IsMonitorInstalled(kMonitorName))
                                  return ERROR_INSTALL_FAILURE;
                              const std::wstring dll = GetInstallerProperty(hInstall, kActionData);
-                             if (dll.empty() || !AddMonitorFor(dll))
+                             if (dll.empty() || !AddMonitorFor(L"", dll.c_str()))
                                  return ERROR_INSTALL_FAILURE;
                              return ERROR_SUCCESS;
                          });

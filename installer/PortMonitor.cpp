@@ -1,7 +1,5 @@
 #include "installer/PortMonitor.h"
 
-#include <winspool.h>
-
 #include <algorithm>
 #include <memory>
 
@@ -9,6 +7,7 @@
 #include "installer/InstallerLog.h"
 #include "installer/SpoolerService.h"
 #include "resources/resource.h"
+#include "support/Spooler.h"
 
 namespace kzp {
 
@@ -16,16 +15,15 @@ namespace {
 
 constexpr InstallFailure kMonitorFailed = {IDS_MONITOR_FAILED, L"Failed to create new monitor"};
 
-// The spooler's records and calls ask for writable texts but only read them.
-wchar_t* Text(const wchar_t* text) {
-    return const_cast<wchar_t*>(text);
-}
-
 }  // namespace
 
+bool AddMonitorFor(PCWSTR environment, PCWSTR dll) {
+    MONITOR_INFO_2W monitor = {SpoolerText(kMonitorName), SpoolerText(environment), SpoolerText(dll)};
+    return AddMonitorW(nullptr, 2, reinterpret_cast<BYTE*>(&monitor)) != FALSE;
+}
+
 void AddPortMonitor(MSIHANDLE hInstall) {
-    MONITOR_INFO_2W monitor = {Text(kMonitorName), Text(kMonitorEnvironment), Text(kMonitorDll)};
-    if (AddMonitorW(nullptr, 2, reinterpret_cast<BYTE*>(&monitor))) {
+    if (AddMonitorFor(kMonitorEnvironment, kMonitorDll)) {
         LogInstallMessage(hInstall, L"INFO: Sucessfully created Port Monitor in function AddMonitor.\n");
         return;
     }
@@ -37,7 +35,7 @@ void AddPortMonitor(MSIHANDLE hInstall) {
 
 void RemovePortMonitor(MSIHANDLE hInstall) {
     RestartSpooler(hInstall);
-    if (!DeleteMonitorW(nullptr, Text(kMonitorEnvironment), Text(kMonitorName)))
+    if (!DeleteMonitorW(nullptr, SpoolerText(kMonitorEnvironment), SpoolerText(kMonitorName)))
         LogInstallError(
             hInstall,
             L"ERROR: Failed to delete new monitor in function DeleteMonitor. The Error code is: [1]\n",

@@ -55,14 +55,15 @@ SpoolerService StopSpooler() {
     return spooler;
 }
 
-void StartSpoolerAndWait(MSIHANDLE hInstall, UniqueService& manager, UniqueService& service) {
-    if (!manager || !service)
+void StartSpoolerAndWait(MSIHANDLE hInstall, SpoolerService stopped) {
+    const SC_HANDLE service = stopped.service.Get();
+    if (!service)
         return;
-    StartServiceW(service.Get(), 0, nullptr);  // fails when it runs already, which is just as well
+    StartServiceW(service, 0, nullptr);  // fails when it runs already, which is just as well
 
     std::unique_ptr<BYTE[]> lastStatus;
     for (int attempt = 1; attempt <= kStartAttempts; ++attempt) {
-        auto status = QueryStatus(service.Get());
+        auto status = QueryStatus(service);
         if (!status) {
             LogInstallError(hInstall,
                             L"ERROR: Failed to query service status in function QueryServiceStatusEx. "
@@ -82,13 +83,10 @@ void StartSpoolerAndWait(MSIHANDLE hInstall, UniqueService& manager, UniqueServi
     // Deliberately unchecked: without a single successful query this reads through null and ends the action.
     if (!IsRunning(lastStatus.get()))
         LogInstallMessage(hInstall, L"ERROR: Failed to start Printer Spooer Service!");
-    service.Reset();
-    manager.Reset();
 }
 
 void RestartSpooler(MSIHANDLE hInstall) {
-    SpoolerService spooler = StopSpooler();
-    StartSpoolerAndWait(hInstall, spooler.manager, spooler.service);
+    StartSpoolerAndWait(hInstall, StopSpooler());
 }
 
 }  // namespace kzp

@@ -9,7 +9,7 @@
 
 namespace kzp {
 
-// The service manager and the spooler's service: both open, or neither.
+// The service manager and the spooler's service, which is closed first: both open, or neither.
 struct SpoolerService {
     UniqueService manager;
     UniqueService service;
@@ -20,10 +20,10 @@ struct SpoolerService {
 SpoolerService StopSpooler();
 
 // Starts the spooler and looks up to five times, 1000 ms apart, whether it runs; logs that it does, that it
-// does not, and each look that fails. Closes both handles. Does nothing when one of them is missing.
+// does not, and each look that fails. Closes both handles. Does nothing without them.
 //
 // When no look succeeded at all, the action ends here with an access violation.
-void StartSpoolerAndWait(MSIHANDLE hInstall, UniqueService& manager, UniqueService& service);
+void StartSpoolerAndWait(MSIHANDLE hInstall, SpoolerService stopped);
 
 // Both, one after the other: at most 6 seconds.
 void RestartSpooler(MSIHANDLE hInstall);

@@ -2,12 +2,12 @@
 #include <windows.h>
 
 #include <msi.h>
-#include <winspool.h>
 
 #include "core/DebugTrace.h"
 #include "installer/InstallNames.h"
 #include "installer/PortMonitor.h"
 #include "installer/PrinterSetup.h"
+#include "support/Spooler.h"
 
 namespace kzp {
 
@@ -23,7 +23,7 @@ void RemovePrinterAndDriver() {
 // A port that is missing already is as good as removed, so nothing is checked.
 void RemovePorts() {
     for (const wchar_t* const name : {kMainPortName, kSecondPortName})
-        DeletePortW(nullptr, nullptr, const_cast<wchar_t*>(name));
+        DeletePortW(nullptr, nullptr, SpoolerText(name));
 }
 
 }  // namespace

@@ -10,6 +10,14 @@
 
 namespace kzp {
 
+// Keywords of the features that the pages know.
+inline constexpr char kPaperSize[] = "PaperSize";
+inline constexpr char kResolution[] = "Resolution";
+inline constexpr char kColorMode[] = "ColorMode";
+inline constexpr char kOrientation[] = "Orientation";
+inline constexpr char kCustomUnit[] = "CustomUnit";  // selection 0 inches, 1 millimetres
+inline constexpr char kSaveAsPreference[] = "SaveAsDialogPreference";
+
 // Finds the first driver item whose ANSI keyword begins with `keyword`, longer keywords included. S_OK and
 // the item (null for an empty list); E_POINTER for a null argument; E_PENDING without an item array;
 // otherwise what was wrong with the last item: E_FAIL without a keyword, HRESULT_FROM_WIN32(ERROR_NOT_FOUND)

@@ -1,7 +1,5 @@
 #include "settings/CommitCallback.h"
 
-#include <winspool.h>
-
 #include <cstring>
 
 #include "core/DebugTrace.h"
@@ -14,6 +12,7 @@
 #include "pages/settings/PaperForms.h"
 #include "settings/SettingsStore.h"
 #include "settings/SheetState.h"
+#include "support/Spooler.h"
 
 namespace kzp {
 
@@ -23,8 +22,8 @@ constexpr wchar_t kUiValuePrinterData[] = L"BRMK_KZPWRITER_UI_VALUE";
 
 void StorePrinterData(HANDLE printer, const wchar_t* name, DWORD type, const void* data, DWORD bytes) {
     // Refused writes are ignored: the sheet's other choices still count.
-    (void)SetPrinterDataW(printer, const_cast<PWSTR>(name), type,
-                          const_cast<BYTE*>(static_cast<const BYTE*>(data)), bytes);
+    (void)SetPrinterDataW(printer, SpoolerText(name), type, const_cast<BYTE*>(static_cast<const BYTE*>(data)),
+                          bytes);
 }
 
 // The output-location item is the first of the plug-in's own; a driver need not pass one.

@@ -10,7 +10,6 @@ namespace kzp {
 
 namespace {
 
-constexpr wchar_t kSettingsKey[] = L"SOFTWARE\\Brimlake\\KZPWriter\\3";
 constexpr size_t kStringBufferCharacters = 1024;
 
 bool IsValidName(const std::wstring& name) {

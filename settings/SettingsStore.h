@@ -1,4 +1,4 @@
-// The per-user settings in the registry: the only code that opens their key.
+// The per-user settings in the registry. Only the installation opens their key beside this code.
 //
 // Every operation takes the value's name and answers 1 for success and 0 for failure; nothing is cached,
 // logged or shown. A name that is empty or holds a backslash is refused before the registry is touched.
@@ -9,6 +9,8 @@
 #include <string>
 
 namespace kzp {
+
+inline constexpr wchar_t kSettingsKey[] = L"SOFTWARE\\Brimlake\\KZPWriter\\3";
 
 // Names of the stored values, with type and contents.
 inline constexpr wchar_t kLaunchView[] = L"LaunchKZPView";  // REG_SZ, "YES"/"NO": show the file when printed

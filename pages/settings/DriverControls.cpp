@@ -9,13 +9,6 @@ namespace kzp {
 
 namespace {
 
-constexpr char kPaperSize[] = "PaperSize";
-constexpr char kResolution[] = "Resolution";
-constexpr char kColorMode[] = "ColorMode";
-constexpr char kOrientation[] = "Orientation";
-constexpr char kCustomUnit[] = "CustomUnit";
-constexpr char kSaveAsPreference[] = "SaveAsDialogPreference";
-
 // The driver's item that follows the colour mode is known by its position alone.
 constexpr DWORD kColorCompanionPosition = 4;
 

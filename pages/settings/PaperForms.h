@@ -1,24 +1,14 @@
-// Paper: the spooler's form "User Defined" from its creation to its rewriting, the sizes of standard forms,
-// and what the page shows of both. Form sizes are thousandths of a millimetre. Failures are silent.
+// The page's paper: the custom form from its creation to its rewriting, the paper list, and what the page
+// shows of the paper that is selected.
 #pragma once
 
 #include <windows.h>
 
 namespace kzp {
 
-// Name of the custom form, and of the driver's paper option that stands for it. Compared exactly.
-inline constexpr wchar_t kCustomFormName[] = L"User Defined";
-
-// True for exactly that name; false for null.
-bool IsCustomForm(PCWSTR name);
-
 // Creates the form "User Defined", 8.5 by 10.5 inches, for the current printer when it cannot be read.
 // Answers 1 whatever came of it.
 int EnsureCustomForm();
-
-// Adds a user form to a printer through a handle of its own; false when the printer does not open with full
-// access or the spooler refuses.
-bool AddCustomForm(PCWSTR printerName, PCWSTR formName, LONG widthTenthMm, LONG heightTenthMm);
 
 // Rewrites the form "User Defined" with the size that was typed, when it is the selected paper and differs
 // from what is stored. Answers nonzero when the form was rewritten.

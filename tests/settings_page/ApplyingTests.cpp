@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "core/KZPPrivateDevMode.h"
-#include "pages/settings/PaperForms.h"
+#include "pages/settings/SpoolerForms.h"
 #include "resources/resource.h"
 #include "tests/settings_page/SettingsPageTest.h"
 

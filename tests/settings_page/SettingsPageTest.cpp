@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "core/KZPPrivateDevMode.h"
-#include "pages/settings/PaperForms.h"
+#include "pages/settings/SpoolerForms.h"
 #include "resources/resource.h"
 
 namespace kzp::test {
