@@ -9,9 +9,9 @@
 #include "pages/settings/Measures.h"
 #include "pages/settings/NumericEdits.h"
 #include "pages/settings/SizeRow.h"
-#include "pages/settings/SpoolerForms.h"
 #include "resources/resource.h"
 #include "settings/SheetState.h"
+#include "settings/SpoolerForms.h"
 
 namespace kzp {
 

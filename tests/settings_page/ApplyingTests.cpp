@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "core/KZPPrivateDevMode.h"
-#include "pages/settings/SpoolerForms.h"
 #include "resources/resource.h"
+#include "settings/SpoolerForms.h"
 #include "tests/settings_page/SettingsPageTest.h"
 
 namespace kzp::test {

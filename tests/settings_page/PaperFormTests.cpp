@@ -7,8 +7,8 @@
 
 #include "pages/settings/Measures.h"
 #include "pages/settings/PaperForms.h"
-#include "pages/settings/SpoolerForms.h"
 #include "settings/SheetState.h"
+#include "settings/SpoolerForms.h"
 #include "tests/settings_page/SettingsPageTest.h"
 #include "tools/standins/spooler/SpoolerControl.h"
 

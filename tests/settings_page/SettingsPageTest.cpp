@@ -3,8 +3,8 @@
 #include <cstring>
 
 #include "core/KZPPrivateDevMode.h"
-#include "pages/settings/SpoolerForms.h"
 #include "resources/resource.h"
+#include "settings/SpoolerForms.h"
 
 namespace kzp::test {
 

@@ -1,4 +1,4 @@
-#include "pages/settings/SpoolerForms.h"
+#include "settings/SpoolerForms.h"
 
 #include <cwchar>
 #include <vector>
