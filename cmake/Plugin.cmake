@@ -24,6 +24,11 @@ if(KZP_TOOLS)
   return()
 endif()
 
+# The resource compiler does not tell which files it read.
+file(GLOB_RECURSE resource_parts CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/*.rcinc)
+set_source_files_properties(resources/KZPWriterUI.rc resources/KZPWriterRes.rc PROPERTIES
+  OBJECT_DEPENDS "${resource_parts};${CMAKE_SOURCE_DIR}/resources/resource.h")
+
 add_library(KZPWriterUI SHARED
   ${KZP_SOURCES}
   resources/KZPWriterUI.rc

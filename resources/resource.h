@@ -76,6 +76,7 @@
 #define IDC_ICM_METHOD 1279
 #define IDC_HELP_ADVANCED 3002
 #define IDC_EMBED_FONTS_LABEL 3013
+#define IDC_FONT_LIST_LABEL 3014
 
 // ---- The property sheet's own frame (platform) ----
 #define IDC_SHEET_APPLY 12321

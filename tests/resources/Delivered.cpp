@@ -22,16 +22,15 @@ HMODULE TextsFile() {
     return file;
 }
 
-std::wstring TextOf(HMODULE file, UINT id) {
-    wchar_t text[1024];
-    return {text, static_cast<size_t>(LoadStringW(file, id, text, 1024))};
-}
-
-std::string Narrow(const std::wstring& text) {
-    std::string narrow;
-    for (const wchar_t c : text)
-        narrow += static_cast<char>(c);
-    return narrow;
+// Texts lie in blocks of 16, each one's length before it.
+std::wstring TextOf(HMODULE file, UINT id, LANGID language) {
+    const HRSRC block = FindResourceExW(file, RT_STRING, MAKEINTRESOURCEW(id / 16 + 1), language);
+    if (!block)
+        return {};
+    const auto* text = static_cast<const wchar_t*>(LockResource(LoadResource(file, block)));
+    for (UINT before = id % 16; before > 0; --before)
+        text += 1 + *text;
+    return {text + 1, *text};
 }
 
 }  // namespace kzp::test

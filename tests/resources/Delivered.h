@@ -10,10 +10,12 @@ namespace kzp::test {
 HMODULE PluginFile();
 HMODULE TextsFile();
 
-// A text as the plug-in would load it; empty when the file has none of that number.
-std::wstring TextOf(HMODULE file, UINT id);
+inline constexpr LANGID kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
+inline constexpr LANGID kGerman = MAKELANGID(LANG_GERMAN, SUBLANG_NEUTRAL);
+inline constexpr LANGID kFrench = MAKELANGID(LANG_FRENCH, SUBLANG_NEUTRAL);
+inline constexpr LANGID kLanguages[] = {kEnglish, kGerman, kFrench};
 
-// For messages of failed checks; the texts are plain ASCII.
-std::string Narrow(const std::wstring& text);
+// A text in one language; empty when the file has none of that number.
+std::wstring TextOf(HMODULE file, UINT id, LANGID language = kEnglish);
 
 }  // namespace kzp::test

@@ -1,10 +1,14 @@
-// The numbered texts: all there, short enough for their callers, fit to be read.
+// The numbered texts: all there in every language, short enough for their callers, fit to be read.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cwctype>
+#include <set>
+#include <vector>
 
 #include "resources/resource.h"
 #include "tests/resources/Delivered.h"
+#include "tools/driverhost/Text.h"
 
 namespace kzp::test {
 namespace {
@@ -31,15 +35,35 @@ constexpr Range kTexts[] = {
     {IDS_MONITOR_FAILED, IDS_GET_PRINTER_FAILED},
 };
 
-TEST(Texts, AllAreThereAndFitTheBuffersOfTheirCallers) {
+// What a translation keeps: the number of mnemonics, placeholders and product names, and how the text ends.
+std::vector<std::ptrdiff_t> Kept(const std::wstring& text) {
+    const wchar_t end = text.back() == L':' || text.back() == L'.' ? text.back() : L'\0';
+    return {std::ranges::count(text, L'&'), std::ranges::count(text, L'%'),
+            text.find(L"KZP") != std::wstring::npos, end};
+}
+
+TEST(Texts, AreThereInEveryLanguageAndFitTheBuffersOfTheirCallers) {
     ASSERT_NE(nullptr, TextsFile());
+    std::set<UINT> known;
     for (const Range& range : kTexts) {
-        for (UINT id = range.first; id <= range.last; ++id) {
-            const std::wstring text = TextOf(TextsFile(), id);
-            ASSERT_FALSE(text.empty()) << id;
-            EXPECT_LT(text.size(), 260u) << id;
-            EXPECT_FALSE(std::iswspace(text.front()) || std::iswspace(text.back())) << id;
+        for (UINT id = range.first; id <= range.last; ++id)
+            known.insert(id);
+    }
+    for (const LANGID language : kLanguages) {
+        for (UINT id = 0; id < 4096; ++id) {
+            SCOPED_TRACE(testing::Message() << "language " << language << ", text " << id);
+            const std::wstring text = TextOf(TextsFile(), id, language);
+            ASSERT_EQ(known.contains(id), !text.empty());
+            if (text.empty())
+                continue;
+            EXPECT_LT(text.size(), 260u);
+            EXPECT_FALSE(std::iswspace(text.front()) || std::iswspace(text.back()));
+            EXPECT_EQ(Kept(TextOf(TextsFile(), id)), Kept(text)) << driverhost::Utf8(text);
+            if (language != kEnglish) {
+                EXPECT_EQ(std::wstring::npos, text.find(L" :")) << "the blank may not begin a line";
+            }
         }
+        EXPECT_EQ(L"kzpwriter.chm", TextOf(TextsFile(), IDS_ITEM_HELP_FILE, language));
     }
 }
 
