@@ -168,7 +168,7 @@ void CAdvancedDlg::FillFontList() {
     // now.
     const OPTITEM* const item = DriverItemAt(kFontsPosition);
     const FontChoice choice = ChooseFonts(item ? item->Sel : kAllFonts, stored.size(), listed.size());
-    CheckDlgButton(m_window, IDC_FONTS_ALL + choice, BST_CHECKED);
+    CheckRadioButton(m_window, IDC_FONTS_ALL, IDC_FONTS_SELECT, IDC_FONTS_ALL + choice);
     TakeChoice(choice);
 
     const NameIndex index(listed);

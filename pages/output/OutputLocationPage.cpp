@@ -78,13 +78,14 @@ void ShowLocation(HWND page) {
     const std::wstring documents = DocumentsFolder();
     std::wstring folder;
     ReadStringSetting(kDefaultDir, folder);
-    if (EnterUserFolder(folder, documents)) {
-        CheckDlgButton(page, IDC_USER_LOCATION, BST_CHECKED);
+    const bool own = EnterUserFolder(folder, documents);
+    // The Tab key stops at the option that is checked, and at no other of the set.
+    CheckRadioButton(page, IDC_SOURCE_LOCATION, IDC_DOCUMENTS_LOCATION,
+                     own ? IDC_USER_LOCATION : IDC_DOCUMENTS_LOCATION);
+    if (own)
         EnableFolderControls(page, true);
-    } else {
-        CheckDlgButton(page, IDC_DOCUMENTS_LOCATION, BST_CHECKED);
+    else
         StoreDocumentsFolder(page, documents);
-    }
     ReadStringSetting(kDefaultDir, g_pendingSettings.DefaultDir);
 }
 

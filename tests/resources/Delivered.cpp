@@ -33,4 +33,16 @@ std::wstring TextOf(HMODULE file, UINT id, LANGID language) {
     return {text + 1, *text};
 }
 
+std::vector<LANGID> LanguagesOf(HMODULE file, LPCWSTR type, int id) {
+    std::vector<LANGID> found;
+    EnumResourceLanguagesW(
+        file, type, MAKEINTRESOURCEW(id),
+        [](HMODULE, LPCWSTR, LPCWSTR, WORD language, LONG_PTR list) -> BOOL {
+            reinterpret_cast<std::vector<LANGID>*>(list)->push_back(language);
+            return TRUE;
+        },
+        reinterpret_cast<LONG_PTR>(&found));
+    return found;
+}
+
 }  // namespace kzp::test

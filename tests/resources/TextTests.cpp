@@ -49,7 +49,10 @@ TEST(Texts, AreThereInEveryLanguageAndFitTheBuffersOfTheirCallers) {
         for (UINT id = range.first; id <= range.last; ++id)
             known.insert(id);
     }
-    for (const LANGID language : kLanguages) {
+    const std::vector<LANGID> languages = LanguagesOf(PluginFile(), RT_DIALOG, IDD_ADVANCED);
+    EXPECT_EQ(languages, LanguagesOf(TextsFile(), RT_STRING, IDS_HELP_ITEM_NAME / 16 + 1));
+    EXPECT_LE(3u, languages.size());
+    for (const LANGID language : languages) {
         for (UINT id = 0; id < 4096; ++id) {
             SCOPED_TRACE(testing::Message() << "language " << language << ", text " << id);
             const std::wstring text = TextOf(TextsFile(), id, language);
