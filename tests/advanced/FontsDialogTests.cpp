@@ -177,7 +177,7 @@ TEST_F(FontsDialog, DamagedStoredListsAreTakenAsFarAsTheyGo) {
     EXPECT_EQ(Names{L"Gamma"}, CheckedNames());
 
     // Longer than all listed fonts together: unreadable, and reset as unreadable settings are.
-    StoreBytes(std::vector<BYTE>(4 * 64, 'x'));
+    StoreBytes(std::vector<BYTE>(size_t{4} * 64, 'x'));
     Open(WithSelections(0));
     EXPECT_TRUE(IsRadioChecked(IDC_FONTS_NONE));
     EXPECT_TRUE(StoredBytes().empty());

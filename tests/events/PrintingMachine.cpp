@@ -58,7 +58,7 @@ void PrintingMachine::SetViewerLocation(const std::wstring& folder) {
 
 std::wstring PrintingMachine::Install(const std::wstring& name) {
     m_installed.push_back(name);
-    const std::wstring path = standins::PlaceCompanion(Folder(), name, standins::kDoesNothing);
+    std::wstring path = standins::PlaceCompanion(Folder(), name, standins::kDoesNothing);
     EXPECT_FALSE(path.empty());
     return path;
 }

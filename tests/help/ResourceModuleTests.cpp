@@ -26,7 +26,7 @@ struct ResourceModule : testing::Test {
         const PWSTR text = LoadResString(GetProcessHeap(), beside, id);
         if (!text)
             return L"(none)";
-        const std::wstring result = text;
+        std::wstring result = text;
         EXPECT_EQ((result.size() + 1) * sizeof(wchar_t), HeapSize(GetProcessHeap(), 0, text))
             << "trimmed to fit";
         HeapFree(GetProcessHeap(), 0, text);

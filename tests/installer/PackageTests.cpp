@@ -158,7 +158,7 @@ TEST_F(Package, ClearsLeftoversFirstAndIsRemovedThoughThePrinterIsGone) {
 
 // A copy of the package whose action gets data that do not fit.
 std::wstring MakeFailingPackage(const TemporaryFolder& folder) {
-    const std::wstring path = folder.Take(L"KZPWriter.msi");
+    std::wstring path = folder.Take(L"KZPWriter.msi");
     MSIHANDLE database = 0;
     MSIHANDLE view = 0;
     EXPECT_EQ(0u, MsiOpenDatabaseW(path.c_str(), MSIDBOPEN_TRANSACT, &database));

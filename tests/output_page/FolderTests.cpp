@@ -20,7 +20,7 @@ struct Folders : OutputPage {
         Store(L"PathDirs", History(First(count)));
         Store(L"DefaultDir", all[1]);
     }
-    static Step Browse(std::wstring path) {
+    static Step Browse(const std::wstring& path) {
         return [path](SheetUser& user, SheetRun& run) {
             run.AnswerNextBrowser(path);
             user.Click(IDC_BROWSE);

@@ -39,7 +39,7 @@ std::wstring OutputPage::Stored(const wchar_t* name) {
 }
 
 std::wstring OutputPage::Folder(const std::wstring& name) const {
-    const std::wstring path = folders.File(name);
+    std::wstring path = folders.File(name);
     CreateDirectoryW(path.c_str(), nullptr);
     return path;
 }

@@ -28,7 +28,7 @@ TEST_F(NumberEdits, KeepDigitsAndOnePointHoweverTheTextArrives) {
             user.SetText(edit, L"..x5\x20AC,0\xFF11");
             EXPECT_EQ(user.Text(edit), L"50") << edit;
             user.SetText(edit, std::wstring(3000, L'x') + L"7");
-            EXPECT_EQ(user.Text(edit).find_first_not_of(L"7"), std::wstring::npos) << edit;
+            EXPECT_EQ(user.Text(edit).find_first_not_of(L'7'), std::wstring::npos) << edit;
         }
     }});
 }

@@ -22,7 +22,7 @@ class Commit : public SheetTest {
     }
 
     // One action of the user and the next, and what each of them had the plug-in write.
-    void Do(std::function<void(SheetUser&)> action) {
+    void Do(const std::function<void(SheetUser&)>& action) {
         host.run.Add([action](SheetUser& user) {
             WriteTrace::Take();
             action(user);

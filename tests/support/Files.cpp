@@ -30,7 +30,7 @@ TemporaryFolder::~TemporaryFolder() {
 }
 
 std::wstring TemporaryFolder::Take(const std::wstring& name, const std::wstring& as) const {
-    const std::wstring target = File(as.empty() ? name : as);
+    std::wstring target = File(as.empty() ? name : as);
     EXPECT_TRUE(CopyFileW(BesideExe(name).c_str(), target.c_str(), FALSE)) << GetLastError();
     return target;
 }

@@ -17,7 +17,7 @@ bool IsAnyAlive() {
 }  // namespace
 
 std::wstring PlaceCompanion(const std::wstring& folder, const std::wstring& name, const wchar_t* does) {
-    const std::wstring path = folder + L"\\" + name;
+    std::wstring path = folder + L"\\" + name;
     if (!CopyFileW((OwnFolder() + L"\\" + kCompanionFile).c_str(), path.c_str(), FALSE) ||
         !WritePrivateProfileStringW(kInstructionSection, kInstructionKey, does,
                                     (path + kInstructionSuffix).c_str()))
