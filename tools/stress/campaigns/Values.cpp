@@ -166,8 +166,9 @@ void Values(Run& run) {
     const LONG64 store = static_cast<LONG64>(std::size(kStored)) * kTypes;
     const LONG64 documents = kDocumentPlaces * run.Either(kTypes, 2);
     ReadThroughDocuments(run, kPlaces[0], REG_DWORD);  // so that the counting begins with everything loaded
-    WarmUpSheets();
-    for (run.Begin(store + documents + run.Either(40, 2), 1); run.Next();) {
+    if (!run.Brief())
+        WarmUpSheets();
+    for (run.Begin(store + documents + run.Either(40, 0), 1); run.Next();) {
         const LONG64 at = run.Iteration();
         if (at < store)
             ReadThroughStore(run, kStored[at / kTypes], Type(at % kTypes));
