@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/InteractionApp.h"
+#include "core/SignalMapping.h"
 #include "tests/support/Files.h"
 #include "tests/support/PlugInDll.h"
 #include "tests/support/ScratchRegistry.h"
@@ -46,6 +47,7 @@ TEST_F(CompanionGate, IsShutWhileTheCompanionShowsAWindow) {
 TEST_F(CompanionGate, StaysOpenForACompanionWithoutAWindowAndForOthersWithOne) {
     Start(L"KzpWriterInteraction.exe", kHoldsMapping);
     Start(L"KzpWriterInteraction2.exe", kShowsWindow);
+    EXPECT_TRUE(SignalMapping(false, true).IsValid());
     EXPECT_EQ(S_OK, AskSize()) << "the signal does not count here either";
 }
 

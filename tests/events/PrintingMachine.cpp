@@ -63,9 +63,8 @@ std::wstring PrintingMachine::Install(const std::wstring& name) {
     return path;
 }
 
-void PrintingMachine::Run(const std::wstring& name, bool visible) {
-    EXPECT_TRUE(standins::StartCompanion(m_folder.File(name),
-                                         visible ? standins::kShowsWindow : standins::kDoesNothing));
+void PrintingMachine::Run(const std::wstring& name) {
+    EXPECT_TRUE(standins::StartCompanion(m_folder.File(name)));
     EXPECT_TRUE(standins::WaitReady(name));
 }
 

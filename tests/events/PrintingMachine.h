@@ -33,8 +33,8 @@ class PrintingMachine {
     // Puts a companion under `name` into the folder; answers its path.
     std::wstring Install(const std::wstring& name);
 
-    // Starts an installed companion as somebody else would have, with or without a window.
-    void Run(const std::wstring& name, bool visible);
+    // Starts an installed companion as somebody else would have.
+    void Run(const std::wstring& name);
 
     // Sends one event; answers *piResult.
     INT Send(INT event, void* out = nullptr);

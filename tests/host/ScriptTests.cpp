@@ -50,16 +50,6 @@ TEST(ScriptTest, PlaysLinesAndStopsAtTheFirstThatFails) {
     EXPECT_EQ(host.sheet.Applied(), 0);
 }
 
-TEST(ScriptTest, AControlThatCannotBeUsedEndsTheRun) {
-    const kzp::test::ScratchRegistry registry;
-    HostedSheet host(NoPrinter());
-    host.run.Add([](SheetUser& user) { user.Click(4711); });
-    bool reached = false;
-    host.run.Add([&](SheetUser&) { reached = true; });
-    EXPECT_THROW(host.run.Show(), HostError);
-    EXPECT_FALSE(reached);
-}
-
 TEST(PrintTest, TellsOnlyTheEventsThatWereAskedFor) {
     const kzp::test::ScratchRegistry registry;
     const PlugIn plugIn(BesideProgram(L"KZPWriterUI.dll"));

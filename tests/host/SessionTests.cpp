@@ -67,17 +67,4 @@ TEST_F(SessionTest, WritesDownAnnouncements) {
     EXPECT_FALSE(calls[3].rightSheet);
 }
 
-TEST(DriverTreeTest, StandsAsThePlugInCountsOnIt) {
-    DriverTree tree = DriverTree::Standard(L"Some name");
-    EXPECT_EQ(tree.PositionOf(tree.Find("PaperSize")), 0);
-    EXPECT_EQ(tree.PositionOf(tree.Find("TrueColor")), 4);
-    EXPECT_EQ(tree.PositionOf(tree.Find("FontEmbedding")), 9);
-    for (const OPTITEM& item : tree.All())
-        EXPECT_FALSE(KeywordOf(item).empty());
-    EXPECT_EQ(SelectedText(*tree.Find("PaperSize")), L"Letter");
-    tree.Find("PaperSize")->Sel = 99;
-    EXPECT_EQ(SelectedText(*tree.Find("PaperSize")), L"(99?)");
-    EXPECT_EQ(DriverTree().Items(), nullptr);
-}
-
 }  // namespace

@@ -7,10 +7,6 @@ namespace {
 
 using namespace standins;
 
-constexpr wchar_t kPrinterKey[] = L"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Brimlake KZP Writer";
-constexpr wchar_t kDirectoryKey[] =
-    L"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Brimlake KZP Writer\\DsSpooler";
-
 const Lines kWholeLog = {L"INFO: Printer Spooler service is restarted",
                          L"INFO: Sucessfully created Port Monitor in function AddMonitor.\n"};
 
@@ -147,7 +143,7 @@ TEST_F(Install, GoesOnWhateverFails) {
         spooler::RemoveForm(L"User Defined");
         const size_t boxesBefore = m_boxes.Caught().size();
         const size_t linesBefore = m_session.Lines().size();
-        spooler::FailCall(failing.function, ERROR_CANCELLED, 0, failing.callsThatPass);
+        spooler::FailCall(failing.function, ERROR_CANCELLED, failing.callsThatPass);
         EXPECT_EQ(0u, Run("Install"));
         spooler::ClearFailures();
 
@@ -253,7 +249,7 @@ TEST_F(Install, ShowsBuiltInTextsWithoutTheResourceModule) {
                  {L"SetPrinterW", 0, L"Failed to reassign printer port"}};
     for (const auto& [function, callsThatPass, text] : cases) {
         RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"SYSTEM\\CurrentControlSet\\Control\\Print\\Monitors");
-        spooler::FailCall(function, ERROR_CANCELLED, 0, callsThatPass);
+        spooler::FailCall(function, ERROR_CANCELLED, callsThatPass);
         EXPECT_EQ(0u, install(m_session.Handle()));
         spooler::ClearFailures();
         EXPECT_EQ(L"Error", m_boxes.Caught().back().caption);

@@ -12,14 +12,7 @@ namespace kzp::test {
 namespace {
 
 constexpr wchar_t kPrinter[] = L"Brimlake KZP Writer";
-constexpr wchar_t kPrinterKey[] = L"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Brimlake KZP Writer";
 constexpr wchar_t kPortsKey[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Ports";
-constexpr wchar_t kMonitorKey[] =
-    L"SYSTEM\\CurrentControlSet\\Control\\Print\\Monitors\\Brimlake KZP Writer Port";
-constexpr wchar_t kDriverKey[] =
-    L"SYSTEM\\CurrentControlSet\\Control\\Print\\Environments\\Windows x64\\Drivers\\Version-3\\"
-    L"Brimlake KZP Writer";
-
 UniquePrinter Open(const wchar_t* name) {
     UniquePrinter printer;
     if (!OpenPrinterW(const_cast<wchar_t*>(name), printer.Put(), nullptr))
@@ -77,8 +70,7 @@ std::vector<std::wstring> DescribeMachine() {
             lines.push_back(L"port " + std::wstring(port));
     }
     AddPrinter(lines);
-    AddValue(lines, HKEY_LOCAL_MACHINE, (std::wstring(kPrinterKey) + L"\\DsSpooler").c_str(),
-             L"printSpooling");
+    AddValue(lines, HKEY_LOCAL_MACHINE, kDirectoryKey, L"printSpooling");
     if (KeyExists(HKEY_LOCAL_MACHINE, kDriverKey))
         lines.push_back(L"driver Brimlake KZP Writer");
     AddForm(lines);
@@ -103,11 +95,8 @@ std::vector<std::wstring> InstalledMachine() {
 }
 
 std::vector<std::wstring> MachineAfterRemoval() {
-    return {
-        L"form User Defined 215900 x 279400, printable to 215900, 279400, flags 0",
-        L"Publish Directory =  (type 1, 0 bytes)",
-        L"Enable ASCII = 0 (type 4, 4 bytes)",
-    };
+    const std::vector<std::wstring> installed = InstalledMachine();
+    return {installed[4], installed[6], installed[7]};
 }
 
 }  // namespace kzp::test

@@ -6,6 +6,16 @@
 
 namespace kzp::test {
 
+inline constexpr wchar_t kPrinterKey[] =
+    L"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Brimlake KZP Writer";
+inline constexpr wchar_t kDirectoryKey[] =
+    L"SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\Brimlake KZP Writer\\DsSpooler";
+inline constexpr wchar_t kMonitorKey[] =
+    L"SYSTEM\\CurrentControlSet\\Control\\Print\\Monitors\\Brimlake KZP Writer Port";
+inline constexpr wchar_t kDriverKey[] =
+    L"SYSTEM\\CurrentControlSet\\Control\\Print\\Environments\\Windows x64\\Drivers\\Version-3\\"
+    L"Brimlake KZP Writer";
+
 using Lines = std::vector<std::wstring>;
 
 inline Lines And(Lines first, const Lines& second) {

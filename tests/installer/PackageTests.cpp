@@ -17,11 +17,6 @@ namespace {
 
 using namespace standins;
 
-constexpr wchar_t kMonitorKey[] =
-    L"SYSTEM\\CurrentControlSet\\Control\\Print\\Monitors\\Brimlake KZP Writer Port";
-constexpr wchar_t kDriverKey[] =
-    L"SYSTEM\\CurrentControlSet\\Control\\Print\\Environments\\Windows x64\\Drivers\\Version-3\\"
-    L"Brimlake KZP Writer";
 const Lines kInstallLog = {L"INFO: Printer Spooler service is restarted",
                            L"INFO: Sucessfully created Port Monitor in function AddMonitor."};
 const Lines kUninstallLog = {L"INFO: Printer Spooler service is restarted"};

@@ -42,12 +42,10 @@ TEST_F(Folders, ListsTheHistoryInStoredOrder) {
         int selected;
     } cases[] = {
         {History(First(3)), First(3), 1},
-        {L"", {}, -1},
         {b, {}, -1},  // no separator, no entry
         {History({all[2]}) + b, {all[2]}, -1},
         {L";;" + History({b}), {L"", L"", b}, 2},
         {History({all[0], L"C:\\gone", b}), {all[0], L"C:\\gone", b}, 2},
-        {History({all[0], all[0] + L"b"}), {all[0], all[0] + L"b"}, -1},
         {many, Names(511, L"x"), -1},
     };
     Store(L"DefaultDir", b);

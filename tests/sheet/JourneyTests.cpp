@@ -1,10 +1,9 @@
-// The whole way of a user: every control of every page, Apply, a change of mind, OK; and a second process
-// finds it all again.
+// The whole way of a user: every control of every page, Apply, a change of mind, OK; and a plug-in that is
+// loaded afresh finds it all again.
 #include <map>
 
 #include "resources/resource.h"
 #include "tests/support/Files.h"
-#include "tests/support/ProgramCopy.h"
 #include "tests/support/SheetTest.h"
 #include "tools/driverhost/Script.h"
 #include "tools/driverhost/State.h"
@@ -90,10 +89,9 @@ const std::vector<std::wstring> kEverything = {
     L"click 1264",
 };
 
-// In the copy: the second process, which finds everything again and changes nothing that lasts but the
-// folder.
+// Finds everything again and changes nothing that lasts but the folder.
 void LookAgain() {
-    const ScratchRegistry shared(ProgramCopy::Owner());
+    EXPECT_EQ(nullptr, GetModuleHandleW(L"KZPWriterUI.dll")) << "nothing is remembered";
     Play({L"expect 1243 text \"User-defined size\"",
           L"expect 3035 checked",
           L"expect 1221 text 297.55",
@@ -126,8 +124,6 @@ void LookAgain() {
 }
 
 TEST(Journey, IsStoredFoundAgainAndKeptByCancel) {
-    if (ProgramCopy::IsCopy())
-        return LookAgain();
     const ScratchRegistry registry;
     const TemporaryFolder folder;
     wchar_t startFolder[MAX_PATH] = {};
@@ -166,7 +162,7 @@ TEST(Journey, IsStoredFoundAgainAndKeptByCancel) {
     const States closed = StoredState();
     EXPECT_EQ((States{{L"settings: OutputType", L"REG_DWORD, 4 bytes: 2"}}), Differences(applied, closed));
 
-    EXPECT_EQ(0u, ProgramCopy().Wait());
+    LookAgain();
     const std::wstring documents = StoredState().at(L"settings: DefaultDir");
     EXPECT_NE(closed.at(L"settings: DefaultDir"), documents);
     EXPECT_EQ((States{{L"settings: DefaultDir", documents}}), Differences(closed, StoredState()))

@@ -21,6 +21,21 @@ DEVMODEW FineLandscape() {
     return mode;
 }
 
+TEST(QualityIndex, IsTheLargestListedResolutionNotAboveTheDpi) {
+    const struct {
+        int dpi;
+        DWORD index;
+    } cases[] = {{0, 0},   {150, 0}, {200, 0},  {299, 0},  {300, 1},  {399, 1},   {400, 2},
+                 {599, 2}, {600, 3}, {1199, 3}, {1200, 4}, {2400, 4}, {0x7FFF, 4}};
+    for (const auto& [dpi, index] : cases)
+        EXPECT_EQ(index, QualityIndexFromDpi(static_cast<WORD>(dpi))) << dpi;
+}
+
+TEST(QualityIndex, TakesTheNegativeDeviceIndependentQualitiesAsVeryFine) {
+    for (int quality = DMRES_HIGH; quality <= DMRES_DRAFT; ++quality)
+        EXPECT_EQ(4u, QualityIndexFromDpi(static_cast<WORD>(quality))) << quality;
+}
+
 class PrinterSettings : public SheetTest {
   protected:
     void SetUpPrinterWith(const DEVMODEW* mode) {
@@ -40,6 +55,9 @@ class PrinterSettings : public SheetTest {
 };
 
 TEST_F(PrinterSettings, MirrorTheDeviceModeAndOutliveItsLoss) {
+    settings.LoadFromPrinter(nullptr);
+    EXPECT_EQ(2u, settings.QualityIndex()) << "as it starts";
+    EXPECT_EQ(280, settings.PaperSize());
     DEVMODEW mode = FineLandscape();
     SetUpPrinterWith(&mode);
     settings.LoadFromPrinter(printer.Get());
@@ -60,7 +78,7 @@ TEST_F(PrinterSettings, MirrorTheDeviceModeAndOutliveItsLoss) {
     settings.LoadFromPrinter(printer.Get());
     for (const DWORD passing : {0u, 1u}) {
         SCOPED_TRACE(passing);
-        spooler::FailCall(L"GetPrinterW", ERROR_ACCESS_DENIED, 0, passing);
+        spooler::FailCall(L"GetPrinterW", ERROR_ACCESS_DENIED, passing);
         settings.LoadFromPrinter(printer.Get());
         ExpectFineLandscape();
     }

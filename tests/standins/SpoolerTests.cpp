@@ -85,37 +85,5 @@ TEST_F(StandInSpooler, RefusesWhatTheSystemsOwnDoes) {
     EXPECT_EQ(DWORD{ERROR_INVALID_FORM_SIZE}, GetLastError());
 }
 
-TEST_F(StandInSpooler, FailsOnDemandAndLogsWhatWasAsked) {
-    const UniquePrinter printer = Open(kPrinter);
-    BYTE data[4] = {};
-    const auto set = [&](const wchar_t* name) {
-        return SetPrinterDataW(printer.Get(), Changeable(name), REG_BINARY, data, sizeof data);
-    };
-    spooler::StartLog();
-    spooler::FailCall(L"SetPrinterDataW", ERROR_DISK_FULL, 1, 1);
-    EXPECT_EQ(DWORD{ERROR_SUCCESS}, set(L"First"));
-    EXPECT_EQ(DWORD{ERROR_DISK_FULL}, set(L"Second"));
-    EXPECT_EQ(DWORD{ERROR_SUCCESS}, set(L"Third"));
-    DWORD needed = 0;
-    EXPECT_EQ(DWORD{ERROR_FILE_NOT_FOUND},
-              GetPrinterDataW(printer.Get(), Changeable(L"Second"), nullptr, nullptr, 0, &needed));
-
-    spooler::FailCall(L"AddFormW", ERROR_ACCESS_DENIED);
-    for (int time = 0; time < 2; ++time) {
-        EXPECT_FALSE(AddUserForm(printer.Get(), UserForm(L"Mine", 1000, 1000)));
-        EXPECT_EQ(DWORD{ERROR_ACCESS_DENIED}, GetLastError());
-    }
-    spooler::ClearFailures();
-    EXPECT_TRUE(AddUserForm(printer.Get(), UserForm(L"Mine", 1000, 1000)));
-
-    const std::vector<std::wstring> expected = {L"SetPrinterDataW First", L"SetPrinterDataW Second",
-                                                L"SetPrinterDataW Third", L"AddFormW Mine",
-                                                L"AddFormW Mine",         L"AddFormW Mine"};
-    EXPECT_EQ(expected, spooler::ReadLog());
-    spooler::StopLog();
-    EXPECT_EQ(DWORD{ERROR_SUCCESS}, set(L"Fourth"));
-    EXPECT_TRUE(spooler::ReadLog().empty());
-}
-
 }  // namespace
 }  // namespace kzp

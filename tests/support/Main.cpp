@@ -1,10 +1,8 @@
-// The test programs' entry: no crash dialogs, and a run that hangs ends itself and says so. With KZP_LONG_RUN
-// in the environment it may take its time, and some tests do more.
+// The test programs' entry: no crash dialogs, and a run that hangs ends itself and says so.
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include <cstdio>
-#include <cstdlib>
 
 namespace {
 
@@ -24,7 +22,7 @@ DWORD WINAPI Watchdog(void* started) {
 int main(int count, char** arguments) {
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     testing::InitGoogleTest(&count, arguments);
-    if (!IsDebuggerPresent() && !std::getenv("KZP_LONG_RUN")) {
+    if (!IsDebuggerPresent()) {
         // A thread's start allocates: tests that count blocks come behind it.
         const HANDLE started = CreateEventW(nullptr, TRUE, FALSE, nullptr);
         CloseHandle(CreateThread(nullptr, 0, Watchdog, started, 0, nullptr));

@@ -3,10 +3,10 @@
 
 #include <windows.h>
 
-#include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
+
+#include "tools/standins/common/Registry.h"
 
 namespace kzp::test {
 
@@ -37,13 +37,7 @@ class ScratchRegistry {
 // Sweeps up what a process that was ended left behind.
 void DeleteScratchRegistry(DWORD processId);
 
-struct RegistryValue {
-    DWORD type;
-    std::vector<std::uint8_t> bytes;
-
-    std::wstring Text() const;  // up to the first NUL or the end of the bytes
-    DWORD Dword() const;        // 0 when shorter than 4 bytes
-};
+using RegistryValue = standins::Value;
 
 // What is stored, or nothing.
 std::optional<RegistryValue> ReadValue(HKEY root, const wchar_t* path, const wchar_t* name);

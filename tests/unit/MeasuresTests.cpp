@@ -81,14 +81,6 @@ TEST_F(CustomSize, HasLimitsInItsUnit) {
     }
 }
 
-TEST_F(CustomSize, TurnsWithTheOrientation) {
-    SetCustom(kInches, 4, 20);
-    SetMargins(0, 6, 0, 6);
-    EXPECT_TRUE(CustomSizeValid());
-    g_measures.orientation = 0;
-    EXPECT_FALSE(CustomSizeValid());
-}
-
 TEST_F(StandardForm, CountsInWholeMillimetres) {
     SetForm(8.2677f, 11.6929f);  // 210.0 x 297.0
     g_measures.unit = kMillimeters;

@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <cstring>
 #include <limits>
-#include <random>
 #include <string>
 
 #include "pages/settings/NumberText.h"
@@ -61,41 +60,12 @@ std::string OnePass(const char* text, bool* removed = nullptr) {
     return buffer;
 }
 
-std::string FilteredToTheEnd(std::string text) {
-    for (bool removed = true; removed;)
-        text = OnePass(text.c_str(), &removed);
-    return text;
-}
-
 TEST(KeystrokeFilter, StepsOverWhatSlidesIntoAGap) {
     bool removed = false;
     EXPECT_EQ(OnePass("ab1", &removed), "b1");
     EXPECT_TRUE(removed);
     EXPECT_EQ(OnePass("..5"), ".5");
     EXPECT_EQ(OnePass("1.."), "1.");
-}
-
-bool IsClean(const std::string& text) {
-    const auto points = std::count(text.begin(), text.end(), '.');
-    return text.find_first_not_of("0123456789.") == std::string::npos && points <= 1 && text.find('.') != 0;
-}
-
-TEST(KeystrokeFilter, AlwaysEndsCleanWithAllDigitsInOrder) {
-    std::mt19937 random(20);
-    const char letters[] = "0123456789....+-,aZ \xE4\xFF";
-    for (int round = 0; round < 20000; ++round) {
-        std::string text(random() % 40, ' ');
-        std::string digits;
-        for (char& letter : text) {
-            letter = letters[random() % (sizeof letters - 1)];
-            if (letter >= '0' && letter <= '9')
-                digits += letter;
-        }
-        std::string clean = FilteredToTheEnd(text);
-        ASSERT_TRUE(IsClean(clean)) << text << " -> " << clean;
-        std::erase(clean, '.');
-        ASSERT_EQ(clean, digits) << text;
-    }
 }
 
 TEST(NumbersAreRead, WithoutLookAlikeDigitsAndNeverTooLarge) {

@@ -28,12 +28,11 @@ void FilterUntilClean(const wchar_t* typed) {
     size_t passes = 0;
     while (FilterPass(text.get()))
         Expect(++passes <= bytes, "the filter comes to an end");
-    int points = 0;
-    for (const char* at = text.get(); *at; ++at) {
-        Expect((*at >= '0' && *at <= '9') || *at == '.', "only digits and points are left");
-        points += *at == '.';
-    }
+    std::string digits = ansi, left = text.get();
+    std::erase_if(digits, [](char one) { return one < '0' || one > '9'; });
+    const size_t points = std::erase(left, '.');
     Expect(points <= 1 && text[0] != '.', "one point, not in front");
+    Expect(left == digits, "beside it all digits in their order, and nothing else");
     const float value = ParseNumber(text.get());
     Expect(value >= 0 && std::isfinite(value), "a clean text is a number");
 }

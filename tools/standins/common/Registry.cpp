@@ -35,6 +35,18 @@ void DeleteKey(HKEY root, const std::wstring& path) {
         RegDeleteKeyW(root, path.c_str());  // some platforms leave the emptied key itself
 }
 
+std::wstring Value::Text() const {
+    const std::wstring text = TextOf(bytes);
+    return text.substr(0, text.find(L'\0'));
+}
+
+DWORD Value::Dword() const {
+    DWORD number = 0;
+    if (bytes.size() >= sizeof number)
+        std::memcpy(&number, bytes.data(), sizeof number);
+    return number;
+}
+
 std::optional<Value> ReadValue(const Key& key, const std::wstring& name) {
     if (!key)
         return std::nullopt;
@@ -59,17 +71,14 @@ std::wstring ReadText(const Key& key, const std::wstring& name, const std::wstri
     const auto value = ReadValue(key, name);
     if (!value || (value->type != REG_SZ && value->type != REG_EXPAND_SZ))
         return missing;
-    const std::wstring text = TextOf(value->bytes);
-    return text.substr(0, text.find(L'\0'));
+    return value->Text();
 }
 
 DWORD ReadDword(const Key& key, const std::wstring& name, DWORD missing) {
     const auto value = ReadValue(key, name);
     if (!value || value->type != REG_DWORD || value->bytes.size() != sizeof(DWORD))
         return missing;
-    DWORD number = 0;
-    std::memcpy(&number, value->bytes.data(), sizeof number);
-    return number;
+    return value->Dword();
 }
 
 std::vector<std::wstring> ReadTexts(const Key& key, const std::wstring& name) {

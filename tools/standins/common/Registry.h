@@ -24,6 +24,9 @@ void DeleteKey(HKEY root, const std::wstring& path);
 struct Value {
     DWORD type = REG_NONE;
     std::vector<BYTE> bytes;
+
+    std::wstring Text() const;  // up to the first NUL or the end of the bytes
+    DWORD Dword() const;        // 0 when shorter than 4 bytes
 };
 
 // All reads take an empty key for one without values. Texts end at the first NUL or with the stored bytes;

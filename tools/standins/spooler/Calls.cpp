@@ -13,14 +13,7 @@ DWORD DemandedFailure(const wchar_t* function) {
         WriteDword(key, L"After", passing - 1);
         return ERROR_SUCCESS;
     }
-    const DWORD error = ReadDword(key, L"Error");
-    if (const DWORD times = ReadDword(key, L"Times")) {
-        if (times == 1)
-            DeleteKey(HKEY_LOCAL_MACHINE, path);
-        else
-            WriteDword(key, L"Times", times - 1);
-    }
-    return error;
+    return ReadDword(key, L"Error");
 }
 
 void LogCall(const wchar_t* function, const wchar_t* subject) {

@@ -19,11 +19,10 @@ bool IsInPlace() {
     return spooler && GetProcAddress(spooler, "KzpStandInSpooler");
 }
 
-void FailCall(const std::wstring& function, DWORD error, DWORD times, DWORD after) {
+void FailCall(const std::wstring& function, DWORD error, DWORD after) {
     const MachineLock lock(kLockName);
     const Key key = CreateKey(HKEY_LOCAL_MACHINE, Below(kFailKey, function));
     WriteDword(key, L"Error", error);
-    WriteDword(key, L"Times", times);
     WriteDword(key, L"After", after);
 }
 

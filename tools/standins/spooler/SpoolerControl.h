@@ -14,10 +14,9 @@ namespace kzp::standins::spooler {
 // True when the calls of this process really reach the stand-in.
 bool IsInPlace();
 
-// Makes calls of `function` (exported name, for instance L"SetFormW") fail with `error` without any effect:
-// the first `after` calls pass, then `times` calls fail (0: all of them). A new order replaces the former
-// one.
-void FailCall(const std::wstring& function, DWORD error, DWORD times = 0, DWORD after = 0);
+// Makes calls of `function` (exported name, for instance L"SetFormW") behind the next `after` ones fail with
+// `error` without any effect. A new order replaces the former one.
+void FailCall(const std::wstring& function, DWORD error, DWORD after = 0);
 void ClearFailures();
 
 // The log holds the changing calls in order, each with its chief argument ("SetPrinterDataW KZP Margin",
