@@ -24,8 +24,7 @@ class KZPPrinterUI final : public IPrintOemUI2 {
     ULONG STDMETHODCALLTYPE Release() override;
 
     // Signature and version, 4 bytes each. E_FAIL for a missing pointer or for `cbSize` above 4; E_NOTIMPL,
-    // with
-    // `*pcbNeeded` set, for every other mode.
+    // with `*pcbNeeded` set, for every other mode.
     HRESULT STDMETHODCALLTYPE GetInfo(DWORD dwMode, PVOID pBuffer, DWORD cbSize, PDWORD pcbNeeded) override;
     HRESULT STDMETHODCALLTYPE DevMode(DWORD dwMode, POEMDMPARAM pOemDMParam) override;
 

@@ -19,7 +19,7 @@ constexpr int kTextsInBlock = 16;
 constexpr WORD kEnglish = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
 constexpr int kTextsAskedFor[] = {101, 452, 500, 512, 552,  600,
                                   608, 656, 700, 800, 3051, 3056};  // one of each block
-constexpr size_t kTextLengths[] = {259, 260, 261, 780, 4000, 32767, 65535};
+constexpr size_t kTextLengths[] = {65535, 259, 260, 261, 780, 4000, 32767};
 constexpr LONG64 kCutsPerIteration = 16;
 
 void Cut(const std::wstring& path, LONG64 bytes) {
@@ -90,7 +90,7 @@ void Texts(Run& run) {
     for (LONG64 at = 0; at < size; at += at < kFinePart ? run.Either(8, 128) : run.Either(64, 2048))
         cuts.push_back(at);
     const auto cutIterations = static_cast<LONG64>(cuts.size()) / kCutsPerIteration + 1;
-    const auto lengths = run.Either(std::size(kTextLengths), 2);
+    const auto lengths = run.Either(std::size(kTextLengths), 1);
 
     const TemporaryFolder folder;
     const std::wstring dll = folder.Take(L"KZPWriterUI.dll");
