@@ -4,7 +4,6 @@
 
 #include <commctrl.h>
 
-#include <algorithm>
 #include <map>
 #include <set>
 #include <vector>
@@ -140,37 +139,6 @@ TEST(Dialogs, PutEachLabelRightBeforeItsControl) {
         }
     }
     EXPECT_EQ(labels, found);
-}
-
-TEST(Dialogs, OptionButtonsExcludeThoseOfTheirSetAlone) {
-    const struct {
-        int dialog;
-        std::vector<int> buttons;
-    } sets[] = {
-        {IDD_DOCUMENT_SETTINGS, {IDC_INCHES, IDC_MILLIMETERS}},
-        {IDD_DOCUMENT_SETTINGS, {IDC_PORTRAIT, IDC_LANDSCAPE}},
-        {IDD_DOCUMENT_SETTINGS, {IDC_OUTPUT_KZPX, IDC_OUTPUT_KZP}},
-        {IDD_OUTPUT_LOCATION, {IDC_DOCUMENTS_LOCATION, IDC_USER_LOCATION}},
-        {IDD_ADVANCED, {IDC_FONTS_ALL, IDC_FONTS_NONE, IDC_FONTS_SELECT}},
-    };
-    for (const auto& [id, buttons] : sets) {
-        const Template dialog(id);
-        // A click clears every other button of the set and none outside it.
-        for (const int button : buttons)
-            SendMessageW(dialog[button], BM_SETCHECK, BST_CHECKED, 0);
-        for (const int button : buttons) {
-            SendMessageW(dialog[button], BM_CLICK, 0, 0);
-            for (const int other : buttons)
-                EXPECT_EQ(other == button, SendMessageW(dialog[other], BM_GETCHECK, 0, 0) == BST_CHECKED)
-                    << other;
-        }
-        for (const int control : dialog.Controls()) {
-            if (std::ranges::find(buttons, control) == buttons.end()) {
-                EXPECT_NE(BST_CHECKED, static_cast<int>(SendMessageW(dialog[control], BM_GETCHECK, 0, 0)))
-                    << control;
-            }
-        }
-    }
 }
 
 }  // namespace

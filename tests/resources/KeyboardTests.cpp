@@ -80,16 +80,13 @@ TEST_F(Keyboard, WorksEveryControlOfTheSettingsPage) {
         SetFocus(user.Find(IDC_OUTPUT_KZPX));
         Press(VK_DOWN);
     });
+    Do([](SheetUser&) { PressAltWith(L'm'); });
+    Do([](SheetUser&) { PressAltWith(L'l'); });
     Do([](SheetUser& user) {
-        EXPECT_TRUE(user.Checked(IDC_OUTPUT_KZP));
-        PressAltWith(L'm');
-    });
-    Do([](SheetUser& user) {
-        EXPECT_TRUE(user.Checked(IDC_MILLIMETERS));
-        PressAltWith(L'l');
-    });
-    Do([](SheetUser& user) {
-        EXPECT_TRUE(user.Checked(IDC_LANDSCAPE));
+        for (const int chosen : {IDC_OUTPUT_KZP, IDC_MILLIMETERS, IDC_LANDSCAPE})
+            EXPECT_TRUE(user.Checked(chosen)) << "each set of options excludes its own alone";
+        for (const int other : {IDC_OUTPUT_KZPX, IDC_INCHES, IDC_PORTRAIT})
+            EXPECT_FALSE(user.Checked(other)) << other;
         EXPECT_EQ(L"52.07", user.Text(IDC_LEFT));
         SetFocus(user.Find(IDC_DISPLAY_IN_VIEWER));
         Press(VK_SPACE);
