@@ -161,13 +161,13 @@ void ShowPages(const Language& language, int dpi) {
     host.run.Show();
 }
 
-constexpr wchar_t kDpi[] = L"KZP_TEST_DPI";
+constexpr char kDpi[] = "KZP_TEST_DPI";
 
-// Programs started from here on see this resolution; the machine's own comes back.
+// Programs started from here on see this resolution, later ones the usual one.
 class Resolution {
   public:
     explicit Resolution(DWORD dpi) {
-        SetEnvironmentVariableW(kDpi, std::to_wstring(dpi).c_str());
+        SetEnvironmentVariableA(kDpi, std::to_string(dpi).c_str());
         RegSetKeyValueW(HKEY_CURRENT_USER, kKey, kName, REG_DWORD, &dpi, sizeof dpi);
     }
     ~Resolution() { RegDeleteKeyValueW(HKEY_CURRENT_USER, kKey, kName); }
@@ -180,9 +180,8 @@ class Resolution {
 };
 
 TEST(Pages, ReadWell) {
-    wchar_t dpi[8] = {};
-    if (ProgramCopy::IsCopy())
-        return ShowPages(Expected(), GetEnvironmentVariableW(kDpi, dpi, 8) ? std::stoi(dpi) : 0);
+    if (const char* const dpi = ProgramCopy::IsCopy() ? std::getenv(kDpi) : nullptr)
+        return ShowPages(Expected(), std::atoi(dpi));
     for (const int tried : {96, 120, 144}) {
         SCOPED_TRACE(tried);
         const Resolution resolution(static_cast<DWORD>(tried));
