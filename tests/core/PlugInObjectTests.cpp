@@ -176,6 +176,8 @@ TEST_F(PlugInObject, SurvivesAHelperThatRefusesItsInterface) {
     helper.refuse = false;
     EXPECT_EQ(S_OK, object->PublishDriverInterface(&helper))
         << "nothing was taken, so it may be offered again";
+    object->Release();  // while the helper lives
+    object = nullptr;
 }
 
 std::wstring g_trace;
