@@ -1,10 +1,10 @@
 // The settings page's numbers: how they are written, filtered, checked, stepped and converted.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cfloat>
-#include <cmath>
-#include <cstdio>
 #include <cstring>
+#include <cwchar>
 #include <limits>
 #include <string>
 
@@ -51,13 +51,12 @@ TEST(Rounding, GoesAwayFromZeroFromTheToleranceBandOn) {
         EXPECT_DOUBLE_EQ(RoundToHundredths(value), rounded) << value;
 }
 
-std::string OnePass(const char* text, bool* removed = nullptr) {
-    char buffer[300];
-    std::strcpy(buffer, text);
-    const bool changed = FilterPass(buffer);
+std::string OnePass(std::string text, bool* removed = nullptr) {
+    const bool changed = FilterPass(text.data());
     if (removed)
         *removed = changed;
-    return buffer;
+    text.resize(std::strlen(text.c_str()));
+    return text;
 }
 
 TEST(KeystrokeFilter, StepsOverWhatSlidesIntoAGap) {
