@@ -95,7 +95,7 @@ TEST_F(DriverFeatures, MayBeMissingFromTheEnd) {
 }
 
 TEST_F(DriverFeatures, MayLackOptionsTypeUserDataOrASelection) {
-    const std::function<void(const char*)> lacks[] = {
+    const std::vector<std::function<void(const char*)>> lacks = {
         [this](const char* keyword) { tree.DropOptions(keyword); },
         [this](const char* keyword) { tree.DropType(keyword); },
         [this](const char* keyword) { tree.DropUserData(keyword); },
@@ -104,11 +104,11 @@ TEST_F(DriverFeatures, MayLackOptionsTypeUserDataOrASelection) {
         [this](const char* keyword) { tree.Find(keyword)->Sel = -1; },
     };
     // Each feature lacks each of them once, and in no sheet two features lack the same.
-    for (size_t sheet = 0; sheet < std::size(lacks); ++sheet) {
+    for (size_t sheet = 0; sheet < lacks.size(); ++sheet) {
         SCOPED_TRACE(sheet);
         size_t lack = sheet;
         for (const char* keyword : {"PaperSize", "Resolution", "ColorMode", "Orientation", "CustomUnit"})
-            lacks[lack++ % std::size(lacks)](keyword);
+            lacks[lack++ % lacks.size()](keyword);
         Open({UseEverything});
     }
 }

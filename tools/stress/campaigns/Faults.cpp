@@ -75,6 +75,7 @@ std::map<std::string, LONG64> CountCalls(Run& run, const Operation& operation,
                                          const std::vector<Import>& imports) {
     run.Doing(L"%ls: nothing refused", operation.name);
     const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+    // cppcheck-suppress unreadVariable
     const QuietShell shell(plugIn.Module());
     std::map<std::string, std::unique_ptr<FailOnce>> counters;
     for (const Import& import : imports)
