@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -26,6 +27,16 @@ class Image {
 
     const std::vector<IMAGE_SECTION_HEADER>& Sections() const { return m_sections; }
 
+    // A name of more than eight characters stands in the file's table of texts, behind its symbols.
+    std::string Name(const IMAGE_SECTION_HEADER& section) const {
+        const auto* const name = reinterpret_cast<const char*>(section.Name);
+        if (name[0] != '/')
+            return {name, strnlen(name, sizeof section.Name)};
+        const IMAGE_FILE_HEADER& file = m_headers.FileHeader;
+        const size_t texts = file.PointerToSymbolTable + size_t{file.NumberOfSymbols} * IMAGE_SIZEOF_SYMBOL;
+        return TextAt(texts + std::strtoul(name + 1, nullptr, 10));
+    }
+
     DWORD ImportTable() const {
         return m_headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
     }
@@ -36,10 +47,7 @@ class Image {
         return At<Record>(Offset(address));
     }
 
-    std::string LoadedText(size_t address) const {
-        const size_t offset = Offset(address);
-        return {m_bytes.data() + offset, strnlen(m_bytes.data() + offset, m_bytes.size() - offset)};
-    }
+    std::string LoadedText(size_t address) const { return TextAt(Offset(address)); }
 
   private:
     template <class Record>
@@ -49,6 +57,12 @@ class Image {
             throw std::runtime_error("the image is cut off");
         std::memcpy(&record, m_bytes.data() + offset, sizeof record);
         return record;
+    }
+
+    std::string TextAt(size_t offset) const {
+        if (offset > m_bytes.size())
+            throw std::runtime_error("the image is cut off");
+        return {m_bytes.data() + offset, strnlen(m_bytes.data() + offset, m_bytes.size() - offset)};
     }
 
     size_t Offset(size_t address) const {
@@ -79,11 +93,8 @@ PeImage ReadPeImage(const std::wstring& path) {
     PeImage result;
     result.fileBytes = bytes.size();
     const Image image(std::move(bytes));
-    for (const IMAGE_SECTION_HEADER& section : image.Sections()) {
-        const auto* const name = reinterpret_cast<const char*>(section.Name);
-        result.sections.push_back(
-            {{name, strnlen(name, sizeof section.Name)}, section.SizeOfRawData, section.Misc.VirtualSize});
-    }
+    for (const IMAGE_SECTION_HEADER& section : image.Sections())
+        result.sections.push_back({image.Name(section), section.SizeOfRawData, section.Misc.VirtualSize});
     for (size_t entry = image.ImportTable(); entry != 0; entry += sizeof(IMAGE_IMPORT_DESCRIPTOR)) {
         const auto import = image.Loaded<IMAGE_IMPORT_DESCRIPTOR>(entry);
         if (import.Name == 0)
