@@ -109,13 +109,6 @@ ActionTest::~ActionTest() {
     standins::spooler::ClearFailures();
 }
 
-SystemFolder::Libraries ActionTest::StandIns() {
-    SystemFolder::Libraries libraries;
-    for (const wchar_t* const name : {L"winspool.drv", L"printui.dll"})
-        libraries[name] = BesideExe(name);
-    return libraries;
-}
-
 UINT ActionTest::Run(const char* action) const {
     return m_plugIn.Export<UINT(WINAPI*)(MSIHANDLE)>(action)(m_session.Handle());
 }

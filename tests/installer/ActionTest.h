@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "tests/installer/InstallerSession.h"
 #include "tests/installer/MachineState.h"
 #include "tests/support/Files.h"
 #include "tests/support/Guarded.h"
 #include "tests/support/ImportPatch.h"
+#include "tests/support/InstallerSession.h"
 #include "tests/support/MessageBoxes.h"
 #include "tests/support/PlugInDll.h"
 #include "tests/support/ScratchRegistry.h"
@@ -52,9 +52,6 @@ class ActionTest : public testing::Test {
     ActionTest();
     ~ActionTest() override;
 
-    // What the actions load by name, as it stands beside this program.
-    static SystemFolder::Libraries StandIns();
-
     // The exported action's answer.
     UINT Run(const char* action) const;
 
@@ -65,7 +62,7 @@ class ActionTest : public testing::Test {
     TemporaryFolder m_folder;
     InstallerSession m_session;
     PlugInDll m_plugIn;
-    SystemFolder m_system{m_plugIn.Module(), StandIns()};
+    SystemFolder m_system{m_plugIn.Module(), SystemFolder::StandIns()};
     MessageBoxes m_boxes;
     SpoolerServiceFake m_services;
 };

@@ -236,7 +236,7 @@ TEST_F(Install, KeepsThePrinterOfTheLastStepOpen) {
 
 TEST_F(Install, ShowsBuiltInTextsWithoutTheResourceModule) {
     const PlugInDll alone(m_folder.Take(L"KZPWriterUI.dll"));
-    const SystemFolder system(alone.Module(), StandIns());
+    const SystemFolder system(alone.Module(), SystemFolder::StandIns());
     SpoolerServiceFake services(alone.Module());
     const auto install = alone.Export<UINT(WINAPI*)(MSIHANDLE)>("Install");
     const struct {

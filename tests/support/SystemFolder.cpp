@@ -1,5 +1,7 @@
 #include "tests/support/SystemFolder.h"
 
+#include "tests/support/Files.h"
+
 namespace kzp::test {
 
 namespace {
@@ -17,6 +19,13 @@ HMODULE WINAPI Load(LPCWSTR name, HANDLE file, DWORD flags) {
 }
 
 }  // namespace
+
+SystemFolder::Libraries SystemFolder::StandIns() {
+    Libraries libraries;
+    for (const wchar_t* const name : {L"winspool.drv", L"printui.dll"})
+        libraries[name] = BesideExe(name);
+    return libraries;
+}
 
 SystemFolder::SystemFolder(HMODULE module, const Libraries& libraries)
     : m_patch(module, "LoadLibraryExW", AddressOf(Load)) {

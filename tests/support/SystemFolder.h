@@ -16,6 +16,9 @@ class SystemFolder {
   public:
     using Libraries = std::map<std::wstring, std::wstring>;  // name as the module spells it: path
 
+    // What the installer's actions load by name, as it stands beside this program.
+    static Libraries StandIns();
+
     SystemFolder(HMODULE module, const Libraries& libraries);
     ~SystemFolder();
     SystemFolder(const SystemFolder&) = delete;

@@ -3,7 +3,10 @@
 #include <shellapi.h>
 #include <shlobj.h>
 
+#include <algorithm>
+#include <array>
 #include <cstring>
+#include <iterator>
 
 #include "resources/resource.h"
 #include "tools/driverhost/Text.h"
@@ -47,6 +50,11 @@ FARPROC WINAPI FindQuietProcedure(HMODULE module, LPCSTR name) {
     return quiet ? reinterpret_cast<FARPROC>(quiet) : GetProcAddress(module, name);
 }
 
+// Refused, an action says so with one of these.
+constexpr UINT kAnswers[] = {ERROR_SUCCESS, ERROR_INSTALL_FAILURE, ERROR_UNKNOWN_PROPERTY};
+
+void WINAPI WaitForNothing(DWORD) {}
+
 constexpr int kEdits[] = {IDC_WIDTH, IDC_HEIGHT, IDC_LEFT, IDC_RIGHT, IDC_TOP, IDC_BOTTOM};
 constexpr int kLists[] = {IDC_PAPER,  IDC_PAPER,      IDC_QUALITY,   IDC_COLOR,
                           IDC_FOLDER, IDC_ICM_INTENT, IDC_ICM_METHOD};
@@ -73,6 +81,21 @@ void SetUpPrinter() {
     kzp::standins::spooler::PrinterSetUp printer;
     printer.name = driverhost::kDefaultPrinter;
     kzp::standins::spooler::SetUpPrinter(printer);
+}
+
+InstallerStage::InstallerStage(HMODULE plugIn)
+    : m_plugIn(plugIn),
+      m_system(plugIn, kzp::test::SystemFolder::StandIns()),
+      m_noWaits(plugIn, "Sleep", kzp::test::AddressOf(WaitForNothing)) {
+    m_session.SetActionData(L"C:\\Driver\\kzpwriter.inf;C:\\Product");
+}
+
+bool InstallerStage::Play() const {
+    return std::ranges::all_of(std::array{"Install", "Uninstall"}, [this](const char* name) {
+        const auto action = reinterpret_cast<UINT(WINAPI*)(MSIHANDLE)>(
+            reinterpret_cast<void*>(GetProcAddress(m_plugIn, name)));
+        return std::ranges::find(kAnswers, action(m_session.Handle())) != std::end(kAnswers);
+    });
 }
 
 QuietShell::QuietShell(HMODULE plugIn, bool succeed)

@@ -8,7 +8,9 @@
 
 #include "tests/support/HostedSheet.h"
 #include "tests/support/ImportPatch.h"
+#include "tests/support/InstallerSession.h"
 #include "tests/support/ScratchRegistry.h"
+#include "tests/support/SystemFolder.h"
 #include "tools/stress/Dice.h"
 
 namespace stress {
@@ -24,6 +26,22 @@ class QuietShell {
 
   private:
     kzp::test::ImportPatch m_patch;
+};
+
+// What the installer's actions meet: an installer's session, the stand-ins in the system's folder, and no
+// waits.
+class InstallerStage {
+  public:
+    explicit InstallerStage(HMODULE plugIn);
+
+    // Installs and removes the printer; false when an action answers what it must not.
+    bool Play() const;
+
+  private:
+    HMODULE m_plugIn;
+    kzp::test::InstallerSession m_session;
+    kzp::test::SystemFolder m_system;
+    kzp::test::ImportPatch m_noWaits;
 };
 
 // A sheet function that takes every page.

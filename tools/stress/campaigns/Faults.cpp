@@ -127,9 +127,30 @@ void RefuseSomeCalls(Run& run, const std::string& function, int times) {
     }
 }
 
+// Refuses the first call and some of the others of an installation that is taken away again.
+void RefuseInstalling(Run& run, const std::string& function, int times) {
+    const kzp::test::MessageBoxes boxes;
+    LONG64 calls = 1;
+    for (int time = 0; time <= std::min<LONG64>(calls, times); ++time) {
+        // The first round refuses nothing, and counts.
+        const LONG64 call = time < 2 ? time : 1 + run.Random().Below(static_cast<int>(calls));
+        run.Doing(L"installing: call %lld of %hs refused", call, function.c_str());
+        const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+        const InstallerStage stage(plugIn.Module());
+        const FailOnce fail(plugIn.Module(), function, call);
+        run.Expect(stage.Play(), L"an action answers what it must not");
+        if (time == 0)
+            calls = fail.Calls();
+        else
+            run.Tried();
+    }
+}
+
 struct Target {
+    enum class What { kEachOperation, kWholeSheet, kInstalling };
+
     std::string function;
-    bool wholeSheet;
+    What what;
 };
 
 // Played before the counting begins: refused, these themselves do not give back what they should, and the
@@ -162,15 +183,18 @@ void Faults(Run& run) {
     std::erase_if(imports, [](const Import& import) { return WhySpared(import) != nullptr; });
     run.Figures(L"refused calls of %zu imports; %zu are spared", imports.size(), all - imports.size());
 
-    // In brief only memory is refused to whole sheets.
+    // In brief only memory is refused to whole sheets and to the installer's actions.
     std::vector<Target> targets;
     for (const Import& import : imports) {
-        targets.push_back({import.function, false});
-        if (!run.Brief() || import.function == "malloc")
-            targets.push_back({import.function, true});
+        targets.push_back({import.function, Target::What::kEachOperation});
+        if (!run.Brief() || import.function == "malloc") {
+            targets.push_back({import.function, Target::What::kWholeSheet});
+            targets.push_back({import.function, Target::What::kInstalling});
+        }
     }
+    // An installation leaves its last printer open on purpose.
     const auto counted = std::stable_partition(targets.begin(), targets.end(), [](const Target& target) {
-        return LeavesSomethingBehind(target.function);
+        return target.what == Target::What::kInstalling || LeavesSomethingBehind(target.function);
     });
 
     std::map<std::string, LONG64> calls[std::size(kOperations)];
@@ -179,9 +203,13 @@ void Faults(Run& run) {
     WarmUpSheets();
     for (run.Begin(static_cast<LONG64>(targets.size()), counted - targets.begin()); run.Next();) {
         const Target& target = targets[static_cast<size_t>(run.Iteration())];
-        if (target.wholeSheet) {
-            RefuseSomeCalls(run, target.function,
-                            static_cast<int>(target.function == "malloc" ? run.Either(40, 2) : 4));
+        const int some = static_cast<int>(target.function == "malloc" ? run.Either(40, 2) : 4);
+        if (target.what == Target::What::kWholeSheet) {
+            RefuseSomeCalls(run, target.function, some);
+            continue;
+        }
+        if (target.what == Target::What::kInstalling) {
+            RefuseInstalling(run, target.function, some);
             continue;
         }
         for (size_t operation = 0; operation < std::size(kOperations); ++operation) {

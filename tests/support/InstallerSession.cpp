@@ -1,4 +1,4 @@
-#include "tests/installer/InstallerSession.h"
+#include "tests/support/InstallerSession.h"
 
 #include <gtest/gtest.h>
 #include <msiquery.h>
