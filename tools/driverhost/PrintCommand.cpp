@@ -118,6 +118,8 @@ PrintOutcome PrintDocument(IPrintOemUI2* plugIn, HANDLE printer, const std::wstr
             continue;
         switch (event.number) {
             case DOCUMENTEVENT_STARTDOC:
+                // The event passes the pointer, not what it points to.
+                // NOLINTNEXTLINE(bugprone-sizeof-expression)
                 tell(event.number, sizeof start, &start, 0, nullptr);
                 break;
             case DOCUMENTEVENT_STARTDOCPOST:

@@ -2,12 +2,13 @@
 
 #include <objidl.h>
 
-// GDI+ uses the macros that NOMINMAX takes away.
+// GDI+ uses the macros that NOMINMAX takes away. NOLINTBEGIN(misc-unused-using-decls)
 #include <algorithm>
 namespace Gdiplus {
 using std::max;
 using std::min;
 }  // namespace Gdiplus
+// NOLINTEND(misc-unused-using-decls)
 #include <gdiplus.h>
 
 #include "support/UniqueHandle.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <cwchar>
 
 #include "support/RegistryKey.h"
 #include "tools/driverhost/Text.h"
@@ -98,7 +99,8 @@ std::wstring DescribeValue(DWORD type, const std::vector<BYTE>& bytes) {
     if (type == REG_SZ) {
         std::wstring value(bytes.size() / sizeof(wchar_t), L'\0');
         std::memcpy(value.data(), bytes.data(), value.size() * sizeof(wchar_t));
-        return text + L"\"" + value.c_str() + L"\"";
+        value.resize(std::wcslen(value.c_str()));
+        return text + L"\"" + value + L"\"";
     }
     if (type == REG_DWORD && bytes.size() == sizeof(DWORD)) {
         DWORD value;

@@ -17,7 +17,7 @@ namespace {
 // The stored choice as long as that printer exists; else the first printer there is; else nothing.
 std::wstring DefaultPrinter() {
     const std::wstring device = ReadText(OpenKey(HKEY_CURRENT_USER, kDefaultPrinterKey), L"Device");
-    const std::wstring chosen = device.substr(0, device.find(L','));
+    std::wstring chosen = device.substr(0, device.find(L','));
     if (QueueExists(chosen))
         return chosen;
     const std::vector<std::wstring> names = QueueNames();

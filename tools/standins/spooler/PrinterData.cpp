@@ -2,6 +2,7 @@
 #include <windows.h>
 #include <winspool.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "tools/standins/common/Registry.h"
@@ -31,8 +32,7 @@ DWORD HandOutValue(const Value& value, DWORD* type, BYTE* data, DWORD bytes, DWO
     *needed = static_cast<DWORD>(value.bytes.size());
     if (bytes < value.bytes.size())
         return ERROR_MORE_DATA;
-    if (!value.bytes.empty())
-        std::memcpy(data, value.bytes.data(), value.bytes.size());
+    std::ranges::copy(value.bytes, data);
     return ERROR_SUCCESS;
 }
 

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstring>
 #include <optional>
 #include <string>
@@ -49,12 +50,11 @@ class Reply {
         BYTE* end = buffer + (bytes & ~DWORD{1});
         for (const Attachment& attachment : m_attachments) {
             end -= attachment.bytes.size();
-            std::memcpy(end, attachment.bytes.data(), attachment.bytes.size());
+            std::ranges::copy(attachment.bytes, end);
             std::memcpy(reinterpret_cast<BYTE*>(&m_infos[attachment.info]) + attachment.pointerOffset, &end,
                         sizeof end);
         }
-        if (!m_infos.empty())
-            std::memcpy(buffer, m_infos.data(), m_infos.size() * sizeof(Info));
+        std::copy_n(reinterpret_cast<const BYTE*>(m_infos.data()), m_infos.size() * sizeof(Info), buffer);
         if (returned)
             *returned = static_cast<DWORD>(m_infos.size());
         return ERROR_SUCCESS;
