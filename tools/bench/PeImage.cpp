@@ -33,7 +33,8 @@ class Image {
         if (name[0] != '/')
             return {name, strnlen(name, sizeof section.Name)};
         const IMAGE_FILE_HEADER& file = m_headers.FileHeader;
-        const size_t texts = file.PointerToSymbolTable + size_t{file.NumberOfSymbols} * IMAGE_SIZEOF_SYMBOL;
+        const size_t symbols = file.NumberOfSymbols;
+        const size_t texts = file.PointerToSymbolTable + symbols * IMAGE_SIZEOF_SYMBOL;
         return TextAt(texts + std::strtoul(name + 1, nullptr, 10));
     }
 

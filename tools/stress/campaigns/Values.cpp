@@ -95,7 +95,7 @@ void ForEachValue(Run& run, const Place& place, DWORD type, bool few, Use&& use)
 }
 
 void ReadThroughStore(Run& run, const wchar_t* name, DWORD type) {
-    constexpr size_t kRoom = 64 * 3;
+    constexpr size_t kRoom = size_t{64} * 3;
     const EdgeBlock buffer(kRoom);
     ForEachValue(run, {HKEY_CURRENT_USER, kSettingsKey, name}, type, run.Brief(), [&](int length) {
         if (name == kzp::kOutputType) {
@@ -109,7 +109,7 @@ void ReadThroughStore(Run& run, const wchar_t* name, DWORD type) {
         } else {
             std::wstring text;
             run.Expect(kzp::ReadStringSetting(name, text) == 1, L"text not read");
-            run.Expect(text.size() < 1024 && text.size() <= static_cast<size_t>(length / 2 + 1),
+            run.Expect(text.size() < 1024 && text.size() <= static_cast<size_t>(length) / 2 + 1,
                        L"%zu characters from %d bytes", text.size(), length);
         }
     });
