@@ -134,8 +134,8 @@ start_wine() { # [FOLDER of the tests' programs]
         timeout 300 wineboot -i >build/wine/boot.log 2>&1 9>&- || fail "Wine could not set up its prefix; see build/wine/boot.log"
         wineserver -w
         # No window manager is needed; crashes print a trace and end instead of waiting for somebody.
-        timeout 60 wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 9>&-
-        timeout 60 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1 9>&-
+        registry_add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N
+        registry_add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0
         wineserver -w
         # Debian keeps Wine's fonts where this Wine does not look; dialogs want Tahoma.
         mkdir -p "$WINEPREFIX/drive_c/windows/Fonts"
@@ -148,6 +148,22 @@ start_wine() { # [FOLDER of the tests' programs]
     if [ -f "$tools/bin/keepdesktop.exe" ]; then
         timeout 120 wine "$tools/bin/keepdesktop.exe" >/dev/null 2>&1 9>&- </dev/null || fail "Wine's desktop did not start"
     fi
+}
+
+registry_add() { # KEY /v NAME [/t TYPE] /d DATA
+    timeout 60 wine reg add "$@" /f >/dev/null 2>&1 9>&- </dev/null || fail "the registry of Wine does not take $*"
+}
+
+registry_forget() { # KEY [/v NAME]: gone, or not there at all
+    timeout 60 wine reg delete "$@" /f >/dev/null 2>&1 9>&- </dev/null || :
+}
+
+# As on a machine where the product was just installed, for a user who never printed.
+forget_printer() {
+    printers='HKLM\SYSTEM\CurrentControlSet\Control\Print'
+    registry_forget 'HKCU\SOFTWARE\Brimlake'
+    registry_forget "$printers\\Printers\\Brimlake KZP Writer for 2D"
+    registry_forget "$printers\\Forms" /v 'User Defined'
 }
 
 stop_wine() {
