@@ -12,7 +12,8 @@ extern HMODULE g_hResModule;
 extern DWORD g_cResModuleUses;
 
 // Loads "KZPWriterRes.dll" from the folder of `hModuleBeside` on first use. Answers null when it is not
-// there; the failed acquisition counts all the same and is never given back, and the next one tries again.
+// there or was cut short; the failed acquisition counts all the same and is never given back, and the next
+// one tries again.
 HMODULE AcquireResModule(HMODULE hModuleBeside);
 
 // Gives one acquisition back; the last one frees the module. Any handle but the shared one is ignored.

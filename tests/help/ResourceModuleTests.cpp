@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 #include "resources/resource.h"
@@ -96,6 +97,23 @@ TEST_F(ResourceModule, CutsLongTextsAndSurvivesATruncatedModule) {
                                 static_cast<DWORD>(block.size() * sizeof(wchar_t))));
     EXPECT_TRUE(EndUpdateResourceW(update, FALSE));
     EXPECT_EQ(std::wstring(259, L'x'), Text(alone, IDS_USER_LOCATION));
+    FreeLibrary(alone);
+}
+
+TEST_F(ResourceModule, CutShortGivesNoTextOrAWholeOne) {
+    const TemporaryFolder folder;
+    const HMODULE alone =
+        LoadLibraryExW(folder.Take(L"KZPWriterUI.dll").c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
+    ASSERT_NE(nullptr, alone);
+    constexpr UINT kTexts[] = {IDS_USER_LOCATION, IDS_INVALID_SIZE_TEXT, IDS_GET_PRINTER_FAILED};
+    const std::filesystem::path module = folder.Take(L"KZPWriterRes.dll");
+    for (auto cut = std::filesystem::file_size(module); cut > 512; cut -= 512) {
+        std::filesystem::resize_file(module, cut);
+        for (const UINT id : kTexts) {
+            const std::wstring text = Text(alone, id);
+            EXPECT_TRUE(text == L"(none)" || text == Text(self, id)) << cut;
+        }
+    }
     FreeLibrary(alone);
 }
 

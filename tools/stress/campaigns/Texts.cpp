@@ -108,7 +108,7 @@ void Texts(Run& run) {
                 Cut(folder.Take(kModule), cuts[cut]);
                 run.Doing(L"cut after %lld of %lld bytes", cuts[cut], size);
                 UseTexts(run, dll);
-                if (cut % (kCutsPerIteration * 4) == 5)
+                if (cut % static_cast<size_t>(run.Either(64, 8)) == 5)
                     ShowSheet(run, dll);
                 run.Tried();
             }
