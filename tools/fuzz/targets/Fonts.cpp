@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "pages/advanced/FontList.h"
-#include "tests/fuzz/Input.h"
+#include "tools/fuzz/Input.h"
 
 using namespace kzp;
 using kzp::fuzz::Expect;

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "pages/settings/NumberText.h"
-#include "tests/fuzz/Input.h"
+#include "tools/fuzz/Input.h"
 
 using namespace kzp;
 using kzp::fuzz::Expect;

@@ -4,7 +4,7 @@
 #include "core/KZPPrivateDevMode.h"
 #include "pages/settings/Measures.h"
 #include "settings/SheetState.h"
-#include "tests/fuzz/Input.h"
+#include "tools/fuzz/Input.h"
 
 using namespace kzp;
 

@@ -3,7 +3,7 @@
 
 #include "pages/output/FolderHistory.h"
 #include "support/Bounded.h"
-#include "tests/fuzz/Input.h"
+#include "tools/fuzz/Input.h"
 
 using namespace kzp;
 using kzp::fuzz::Expect;
