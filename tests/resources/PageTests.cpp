@@ -182,6 +182,7 @@ class Resolution {
 TEST(Pages, ReadWell) {
     if (const char* const dpi = ProgramCopy::IsCopy() ? std::getenv(kDpi) : nullptr)
         return ShowPages(Expected(), std::atoi(dpi));
+    EXPECT_EQ(LanguagesOf(PluginFile(), RT_DIALOG, IDD_ADVANCED).size(), std::size(kSpoken));
     for (const int tried : {96, 120, 144}) {
         SCOPED_TRACE(tried);
         const Resolution resolution(static_cast<DWORD>(tried));
