@@ -153,14 +153,15 @@ struct Target {
     What what;
 };
 
-// Played before the counting begins: refused, these themselves do not give back what they should, and the
+// Played before the counting begins: refused, these themselves do not give back what they should; the
 // run-time loses its lock for exceptions when it is unloaded after the first one, which only a lack of memory
-// brings about.
+// brings about; and with ShowWindow refused the platform paints, for the first time, what else stays hidden.
 bool LeavesSomethingBehind(const std::string& function) {
     static constexpr const char* kFunctions[] = {
         "CloseHandle",       "FindClose",         "FreeLibrary",     "GlobalFree",         "GlobalHandle",
         "HeapFree",          "LocalFree",         "RegCloseKey",     "ClosePrinter",       "ReleaseDC",
-        "GetWindowLongPtrW", "SetWindowLongPtrW", "UnmapViewOfFile", "CloseServiceHandle", "malloc"};
+        "GetWindowLongPtrW", "SetWindowLongPtrW", "UnmapViewOfFile", "CloseServiceHandle", "malloc",
+        "ShowWindow"};
     return std::any_of(std::begin(kFunctions), std::end(kFunctions),
                        [&](const char* one) { return function == one; });
 }
