@@ -24,6 +24,9 @@ bool IsWhole(HMODULE dataFile) {
     MEMORY_BASIC_INFORMATION view = {};
     if (VirtualQuery(file, &view, sizeof view) == 0)
         return false;
+    // Somebody has it loaded as a program's module, and that one is handed out.
+    if (view.Type == MEM_IMAGE)
+        return true;
     const auto reaches = [&](size_t end) { return end <= view.RegionSize; };
     const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(file);
     const size_t headers = static_cast<DWORD>(dos->e_lfanew);

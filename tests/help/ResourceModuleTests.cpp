@@ -7,6 +7,7 @@
 #include <string>
 
 #include "resources/resource.h"
+#include "support/UniqueHandle.h"
 #include "tests/support/Counters.h"
 #include "tests/support/Files.h"
 #include "tests/support/PlugInDll.h"
@@ -115,6 +116,12 @@ TEST_F(ResourceModule, CutShortGivesNoTextOrAWholeOne) {
         }
     }
     FreeLibrary(alone);
+}
+
+TEST_F(ResourceModule, ServesThoughAnotherLoadedItAsAModule) {
+    const UniqueModule loaded(LoadLibraryW(BesideExe(L"KZPWriterRes.dll").c_str()));
+    ASSERT_TRUE(loaded);
+    EXPECT_NE(nullptr, AcquireResModule(self));
 }
 
 }  // namespace
