@@ -6,9 +6,7 @@ foreach(room IN LISTS KZP_ROOMS)
   list(APPEND KZP_SOURCES ${room_sources})
 endforeach()
 
-kzp_delay_library(kzp_shell32_delay ${CMAKE_SOURCE_DIR}/cmake/shell32.def)
-kzp_delay_library(kzp_msi_delay ${CMAKE_SOURCE_DIR}/cmake/msi.def)
-set(KZP_LIBRARIES kzp_shell32_delay kzp_msi_delay winspool gdi32)
+set(KZP_LIBRARIES winspool gdi32)
 
 set(KZP_DIST ${CMAKE_SOURCE_DIR}/dist CACHE PATH "Where the two delivered DLLs go, and where tests take them")
 

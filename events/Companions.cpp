@@ -1,7 +1,6 @@
 #include "events/Companions.h"
 
 #include <psapi.h>
-#include <shellapi.h>
 
 #include <cwchar>
 #include <iterator>
@@ -10,6 +9,7 @@
 #include "help/Help.h"
 #include "support/Bounded.h"
 #include "support/RegistryKey.h"
+#include "support/Shell.h"
 
 namespace kzp {
 
@@ -44,7 +44,7 @@ bool Start(const wchar_t* file) {
     start.lpVerb = L"open";
     start.lpFile = file;
     start.nShow = SW_SHOWNOACTIVATE;
-    const bool started = ShellExecuteExW(&start);
+    const bool started = shell::Execute(start);
     // Asked for but not used.
     const UniqueKernelHandle process(start.hProcess);
     return started;

@@ -2,7 +2,6 @@
 #include <windows.h>
 
 #include <msi.h>
-#include <msiquery.h>
 
 #include <algorithm>
 #include <memory>
@@ -47,7 +46,7 @@ constexpr InstallFailure kSetPortFailed = {IDS_SET_PORT_FAILED, L"Failed to reas
 bool ReadInfPath(MSIHANDLE hInstall, std::wstring& infPath) {
     wchar_t data[MAX_PATH] = {};
     DWORD characters = MAX_PATH;
-    if (MsiGetPropertyW(hInstall, kActionData, data, &characters) != ERROR_SUCCESS)
+    if (GetInstallerProperty(hInstall, kActionData, data, characters) != ERROR_SUCCESS)
         return false;
     infPath = data;
     infPath.resize(std::min(infPath.size(), infPath.find(L';')));

@@ -31,6 +31,10 @@ struct InstallFailure {
 // come from the resource module; when either is missing there, both are the built-in ones.
 void ShowInstallFailure(const InstallFailure& failure);
 
+// MsiGetPropertyW: fills `buffer`, of `characters` with the terminator, and answers a Win32 code.
+// `characters` becomes the length without it.
+UINT GetInstallerProperty(MSIHANDLE hInstall, const wchar_t* name, wchar_t* buffer, DWORD& characters);
+
 // The whole text of a property, whatever its length; empty when it is missing or cannot be read.
 std::wstring GetInstallerProperty(MSIHANDLE hInstall, const wchar_t* name);
 

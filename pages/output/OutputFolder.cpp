@@ -1,12 +1,11 @@
 #include "pages/output/OutputFolder.h"
 
-#include <shlobj.h>
-
 #include "pages/ControlTexts.h"
 #include "pages/output/FolderHistory.h"
 #include "resources/resource.h"
 #include "settings/SettingsStore.h"
 #include "settings/SheetState.h"
+#include "support/Shell.h"
 #include "support/UniqueHandle.h"
 
 namespace kzp {
@@ -28,7 +27,7 @@ using UniqueItemList = UniqueHandle<ItemListTraits>;
 
 std::wstring PathOf(const UniqueItemList& items) {
     wchar_t path[MAX_PATH] = {};
-    return items && SHGetPathFromIDListW(items.Get(), path) ? path : L"";
+    return items && shell::GetPath(items.Get(), path) ? path : L"";
 }
 
 // Whatever file of that name is there is deliberately overwritten, and gone afterwards. The separator is
@@ -92,7 +91,7 @@ void AddToHistory(HWND list, const std::wstring& folder) {
 
 std::wstring DocumentsFolder() {
     UniqueItemList items;
-    if (FAILED(SHGetSpecialFolderLocation(nullptr, CSIDL_PERSONAL, items.Put())))
+    if (FAILED(shell::GetSpecialFolder(CSIDL_PERSONAL, items.Put())))
         return {};
     return PathOf(items);
 }
@@ -105,7 +104,7 @@ int BrowseForFolder(PCWSTR title, HWND owner, std::wstring& folder) {
     browse.pszDisplayName = displayName;
     browse.lpszTitle = title;
     browse.ulFlags = BIF_RETURNONLYFSDIRS;
-    const UniqueItemList chosen(SHBrowseForFolderW(&browse));
+    const UniqueItemList chosen(shell::BrowseForFolder(browse));
     if (!chosen)
         return 1;
     folder = PathOf(chosen);

@@ -13,6 +13,7 @@
 #include "tests/support/Counters.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/MessageBoxes.h"
+#include "tests/support/SystemFolder.h"
 #include "tools/driverhost/Text.h"
 #include "tools/standins/companions/Companions.h"
 
@@ -220,7 +221,7 @@ TEST(StartOfDocument, StartsAPathWithoutAFolderAsItStands) {
     SetCurrentDirectoryW(before);
 }
 
-TEST(StartOfDocument, GoesOnWhenACompanionIsGone) {
+TEST(StartOfDocument, GoesOnWhenACompanionOrTheShellIsGone) {
     PrintingMachine machine;
     machine.InstallViewer();
     DeleteFileW((machine.Folder() + L"\\" + kInteraction).c_str());
@@ -228,6 +229,12 @@ TEST(StartOfDocument, GoesOnWhenACompanionIsGone) {
     EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
     EXPECT_EQ(1u, boxes.Caught().size()) << "the shell's own message";
     EXPECT_EQ("0 1", machine.Running());
+
+    machine.EndCompanions();
+    const SystemFolder withoutShell(machine.PlugInModule(),
+                                    {{L"shell32.dll", machine.Folder() + L"\\none.dll"}});
+    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
+    EXPECT_EQ("0 0", machine.Running());
 }
 
 TEST(StartOfDocument, GoesOnWithoutSettings) {

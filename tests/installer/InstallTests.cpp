@@ -1,4 +1,7 @@
 // The action "Install", called as the installer calls it.
+#include <cwchar>
+#include <set>
+
 #include "resources/resource.h"
 #include "tests/installer/ActionTest.h"
 
@@ -178,45 +181,47 @@ TEST_F(Install, IsSilentAboutMissingPorts) {
         m_session.Lines().back());
 }
 
-FARPROC WINAPI FindAllButTwo(HMODULE module, LPCSTR name) {
-    const std::string wanted = name;
-    return wanted == "AddPortExW" || wanted == "PrintUIEntryW" ? nullptr : GetProcAddress(module, name);
+std::set<std::string> g_notExported;
+
+FARPROC WINAPI FindExported(HMODULE module, LPCSTR name) {
+    return g_notExported.contains(name) ? nullptr : GetProcAddress(module, name);
 }
 
 TEST_F(Install, LeavesOutWhatTheSystemDoesNotExport) {
-    const ImportPatch patch(m_plugIn.Module(), "GetProcAddress", AddressOf(FindAllButTwo));
+    const ImportPatch patch(m_plugIn.Module(), "GetProcAddress", AddressOf(FindExported));
     spooler::StartLog();
+    g_notExported = {"MsiGetPropertyW"};
+    EXPECT_EQ(static_cast<UINT>(ERROR_UNKNOWN_PROPERTY), Run("Install")) << "nobody tells the INF file";
+    EXPECT_EQ(Lines{}, DescribeMachine());
+    g_notExported = {"AddPortExW", "PrintUIEntryW", "MsiCreateRecord"};
     EXPECT_EQ(0u, Run("Install"));
     EXPECT_EQ(Lines{}, printui::Commands());
     EXPECT_EQ(Lines{L"AddMonitorW Brimlake KZP Writer Port"}, spooler::ReadLog());
     EXPECT_EQ(3u, DescribeMachine().size()) << "the monitor and two settings";
+    EXPECT_EQ(Lines{}, m_session.Lines());
 }
 
-std::vector<std::string> g_searched;
+std::set<std::wstring> g_searched;
 
-HMODULE WINAPI RecordSearch(LPCSTR name, HANDLE file, DWORD flags) {
-    g_searched.push_back(std::string(name) + (flags == LOAD_LIBRARY_SEARCH_SYSTEM32 ? "" : ", elsewhere"));
-    return LoadLibraryExA(name, file, flags);
-}
-
-HMODULE WINAPI RecordLooseSearch(LPCSTR name) {
-    g_searched.push_back(std::string(name) + ", anywhere");
-    return nullptr;
+HMODULE WINAPI RecordSearch(LPCWSTR name, HANDLE file, DWORD flags) {
+    if (!std::wcschr(name, L'\\'))
+        g_searched.insert(std::wstring(name) +
+                          (flags == LOAD_LIBRARY_SEARCH_SYSTEM32 ? L"" : L", elsewhere"));
+    return LoadLibraryExW(name, file, flags);
 }
 
 // One of its name stands beside this program, in the current folder and in PATH.
 TEST_F(Install, TakesLibrariesFromTheSystemsFolderAlone) {
     const PlugInDll fresh(m_folder.Take(L"KZPWriterUI.dll"));
     SpoolerServiceFake services(fresh.Module());
-    const ImportPatch delayed(fresh.Module(), "LoadLibraryExA", AddressOf(RecordSearch));
-    const ImportPatch loose(fresh.Module(), "LoadLibraryA", AddressOf(RecordLooseSearch));
+    const ImportPatch load(fresh.Module(), "LoadLibraryExW", AddressOf(RecordSearch));
     m_folder.Take(L"printui.dll");
     SetCurrentDirectoryW(m_folder.Path().c_str());
     SetEnvironmentVariableW(L"PATH", m_folder.Path().c_str());
     g_searched.clear();
     EXPECT_EQ(0u, fresh.Export<UINT(WINAPI*)(MSIHANDLE)>("Install")(m_session.Handle()));
     EXPECT_EQ(Lines{}, printui::Commands());
-    EXPECT_EQ(std::vector<std::string>{"msi.dll"}, g_searched);
+    EXPECT_EQ((std::set<std::wstring>{L"msi.dll", L"printui.dll", L"winspool.drv"}), g_searched);
     SetCurrentDirectoryW(L"C:\\");
 }
 

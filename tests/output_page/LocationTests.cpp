@@ -1,6 +1,7 @@
 // Where the files go and whether their name is asked for: what the page opens with, what it writes at once,
 // and what the driver hears.
 #include "tests/output_page/OutputPage.h"
+#include "tests/support/SystemFolder.h"
 
 namespace kzp::test {
 namespace {
@@ -105,6 +106,19 @@ TEST_F(OutputPage, TheChoiceOfLocationIsAnnouncedAndTheDocumentsFolderWrittenAtO
         EXPECT_EQ(DocumentsFolder(), Stored(L"DefaultDir")) << "cancelling does not take it back";
         Store(L"DefaultDir", mine);
     }
+}
+
+TEST_F(OutputPage, WithoutTheShellThereIsNoDocumentsFolderAndNothingToBrowse) {
+    const std::wstring mine = Folder(L"mine");
+    Store(L"DefaultDir", mine);
+    const SystemFolder withoutShell(plugIn.Module(), {{L"shell32.dll", folders.File(L"none.dll")}});
+    Show({[&](SheetUser& user, SheetRun&) {
+        user.Click(IDC_BROWSE);
+        EXPECT_TRUE(user.Checked(IDC_USER_LOCATION));
+        user.Click(IDC_DOCUMENTS_LOCATION);
+        EXPECT_EQ(L"", Stored(L"DefaultDir"));
+    }});
+    EXPECT_TRUE(boxes.empty());
 }
 
 TEST_F(OutputPage, TextsComeFromTheResourceModule) {

@@ -8,8 +8,8 @@
 
 namespace kzp::test {
 
-// Only load-time imports are patched; functions of delay-loaded DLLs are not in that table. `Original` is
-// what the module called before.
+// Only load-time imports are patched; for functions that the module asks for by name, its GetProcAddress is
+// one. `Original` is what the module called before.
 class ImportPatch {
   public:
     ImportPatch(HMODULE module, const char* function, void* replacement);
