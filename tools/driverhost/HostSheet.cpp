@@ -2,7 +2,7 @@
 
 #include <commctrl.h>
 
-#include "tools/driverhost/CtrlTab.h"
+#include "tools/driverhost/KeyQueue.h"
 #include "tools/driverhost/DriverPage.h"
 #include "tools/driverhost/Text.h"
 
@@ -108,7 +108,7 @@ LONG HostSheet::Show(HWND owner) {
 
     m_result = CPSUI_CANCEL;
     t_opening = this;
-    const CtrlTabHook hook;
+    const KeyQueue keys;
     const INT_PTR closed = PropertySheetW(&header);
     t_opening = nullptr;
     m_window = nullptr;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "tools/driverhost/KeyQueue.h"
 #include "tools/driverhost/Text.h"
 #include "tools/driverhost/TreeWindow.h"
 
@@ -14,11 +15,11 @@ namespace driverhost {
 namespace {
 
 constexpr UINT kTickMilliseconds = 20;
-constexpr int kRestingTicks = 3;
+constexpr ULONGLONG kMarkerIsLost = 2000;  // milliseconds
 constexpr int kBrowserAttempts = 10;
 constexpr int kBoxText = 0xFFFF;  // the platform's id for a message box's text
 
-thread_local SheetRun* t_run = nullptr;
+thread_local std::vector<SheetRun*> t_runs;  // the open sheets, the latest behind
 
 bool IsDialog(HWND window) {
     wchar_t name[16] = {};
@@ -69,16 +70,15 @@ std::vector<HWND> VisibleDialogsOfThread() {
 LONG SheetRun::Show() {
     const bool scripted = !m_steps.empty();
     TreeWindow owner(m_sheet.Session());
-    UINT_PTR timer = 0;
+    t_runs.push_back(this);
     if (scripted) {
         m_deadline = GetTickCount64() + limitMilliseconds;
-        t_run = this;
-        timer = SetTimer(nullptr, 0, kTickMilliseconds, Tick);
+        m_timer = SetTimer(nullptr, 0, kTickMilliseconds, Tick);
     }
     const auto stop = [&] {
-        if (timer)
-            KillTimer(nullptr, timer);
-        t_run = nullptr;
+        if (scripted)
+            KillTimer(nullptr, m_timer);
+        std::erase(t_runs, this);
     };
     LONG result = CPSUI_CANCEL;
     try {
@@ -102,9 +102,10 @@ void SheetRun::Wait(DWORD milliseconds) {
     m_notBefore = GetTickCount64() + milliseconds;
 }
 
-void CALLBACK SheetRun::Tick(HWND, UINT, UINT_PTR, DWORD) {
-    if (t_run)
-        t_run->OnTick();
+void CALLBACK SheetRun::Tick(HWND, UINT, UINT_PTR timer, DWORD) {
+    const auto run = std::ranges::find(t_runs, timer, &SheetRun::m_timer);
+    if (run != t_runs.end())
+        (*run)->OnTick();
 }
 
 void SheetRun::OnTick() {
@@ -122,7 +123,7 @@ void SheetRun::OnTick() {
         m_error = error;
     }
     m_inStep = false;
-    m_restingTicks = 0;
+    m_marker.reset();
 }
 
 void SheetRun::RunNextStep() {
@@ -135,18 +136,29 @@ void SheetRun::RunNextStep() {
     step(m_user);
 }
 
+// Keys that the plug-in or a step pressed are still on their way when they return. A marker behind them tells
+// when the last one has arrived; as what they did may have had others pressed, only a marker that found
+// nothing moving counts.
 bool SheetRun::Settled() {
-    const int page = m_sheet.CurrentPage();
-    m_restingTicks = page == m_restingPage ? m_restingTicks + 1 : 0;
-    m_restingPage = page;
-    return m_restingTicks >= kRestingTicks && GetTickCount64() >= m_notBefore;
+    const ULONGLONG now = GetTickCount64();
+    const Rest rest = {KeyQueue::CtrlTabs(), m_sheet.CurrentPage()};
+    if (m_marker && KeyQueue::LatestMarker() >= m_marker->number) {
+        if (m_marker->rest == rest)
+            return now >= m_notBefore;
+    } else if (m_marker && now - m_marker->pressed < kMarkerIsLost) {
+        return false;
+    } else if (m_marker) {
+        SetForegroundWindow(m_sheet.Window());  // another window has the keyboard
+    }
+    m_marker = Marker{KeyQueue::PressMarker(), now, rest};
+    return false;
 }
 
 // True while something other than the sheet is in front of it.
 bool SheetRun::AnswerDialogs() {
     bool waiting = false;
     for (const HWND dialog : VisibleDialogsOfThread()) {
-        if (dialog == m_sheet.Window())
+        if (std::ranges::any_of(t_runs, [&](SheetRun* run) { return run->m_sheet.Window() == dialog; }))
             continue;
         waiting = true;
         if (std::find(m_answered.begin(), m_answered.end(), dialog) != m_answered.end())

@@ -46,7 +46,17 @@ class SheetRun {
     DWORD limitMilliseconds = 60'000;  // a run that takes longer ends with HostError
 
   private:
-    static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD);
+    struct Rest {
+        LONG ctrlTabs;
+        int page;
+        bool operator==(const Rest&) const = default;
+    };
+    struct Marker {
+        LONG number;
+        ULONGLONG pressed;  // when
+        Rest rest;
+    };
+    static void CALLBACK Tick(HWND, UINT, UINT_PTR timer, DWORD);
     void OnTick();
     bool AnswerDialogs();
     void AnswerBox(HWND box);
@@ -64,8 +74,8 @@ class SheetRun {
     std::vector<HWND> m_answered;
     std::optional<HostError> m_error;
     bool m_inStep = false;
-    int m_restingPage = -1;
-    int m_restingTicks = 0;
+    UINT_PTR m_timer = 0;
+    std::optional<Marker> m_marker;
     ULONGLONG m_notBefore = 0;
     ULONGLONG m_deadline = 0;
 };
