@@ -7,20 +7,15 @@
 
 namespace kzp {
 
-// Starts at 1, for its creator. Changes are interlocked; the driver may count from any thread.
+// Starts at 1, for its creator. The driver may count from any thread: what is answered is the outcome of the
+// one interlocked operation, never a second look at the count, which another thread may have changed and even
+// freed by then.
 class ComCount {
   public:
-    ULONG Increment() {
-        ++m_cRef;
-        return static_cast<ULONG>(m_cRef.load());
-    }
+    ULONG Increment() { return static_cast<ULONG>(++m_cRef); }
 
-    // Answers the count that is left; at 0 the owner deletes itself and must not be touched again.
-    ULONG Decrement() {
-        if (--m_cRef == 0)
-            return 0;
-        return static_cast<ULONG>(m_cRef.load());
-    }
+    // Answers the count that is left; at 0, which one caller alone is told, the owner deletes itself.
+    ULONG Decrement() { return static_cast<ULONG>(--m_cRef); }
 
   private:
     std::atomic<LONG> m_cRef = 1;
