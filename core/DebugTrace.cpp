@@ -2,7 +2,6 @@
 
 #include <cstdarg>
 #include <cwchar>
-#include <memory>
 
 namespace kzp {
 
@@ -15,19 +14,17 @@ constexpr size_t kMaxTraceCharacters = 260;
 bool DebugTrace(const wchar_t* format, ...) {
     if (!format)
         return false;
-    const std::unique_ptr<wchar_t[]> text(new (std::nothrow) wchar_t[kMaxTraceCharacters + 1]);
-    if (!text)
-        return false;
-
+    // On the stack, so that running out of memory is traced as well.
+    wchar_t text[kMaxTraceCharacters + 1];
     va_list arguments;
     va_start(arguments, format);
     // The platform's own run-time, whose %s is a wide text; it leaves a text of full length or more
     // unterminated.
-    const int written = _vsnwprintf(text.get(), kMaxTraceCharacters, format, arguments);
+    const int written = _vsnwprintf(text, kMaxTraceCharacters, format, arguments);
     va_end(arguments);
     text[written < 0 ? kMaxTraceCharacters : static_cast<size_t>(written)] = L'\0';
 
-    OutputDebugStringW(text.get());
+    OutputDebugStringW(text);
     return written >= 0;
 }
 

@@ -1,9 +1,11 @@
-// The system's only diagnostic output, and the guard that keeps C++ exceptions inside the DLL.
+// The only diagnostic output, and the guards that keep exceptions inside the DLL.
 #pragma once
 
 #include <windows.h>
 
 #include <new>
+
+#include "support/SystemExceptions.h"
 
 namespace kzp {
 
@@ -27,6 +29,18 @@ HRESULT GuardOperation(const wchar_t* operation, const wchar_t* file, int line, 
         TraceException(operation, file, line);
         return E_FAIL;
     }
+}
+
+// The same for a body that other code's faults may end as well: a system exception also becomes E_FAIL,
+// traced.
+template <class Body>
+HRESULT GuardForeignFaults(const wchar_t* operation, const wchar_t* file, int line, Body&& body) noexcept {
+    HRESULT result = E_FAIL;
+    const auto guarded = [&] { result = GuardOperation(operation, file, line, body); };
+    if (ReturnsNormally(guarded))
+        return result;
+    TraceException(operation, file, line);
+    return E_FAIL;
 }
 
 // Runs the body of a callback that Windows enters (a dialog procedure, an enumeration); `fallback` is

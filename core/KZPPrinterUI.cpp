@@ -19,13 +19,12 @@ constexpr wchar_t kSourceFile[] = L"core/KZPPrinterUI";
 KZPPrinterUI::~KZPPrinterUI() {
     if (!m_pOemDriverUI)
         return;
-    try {
+    // The line number is part of the trace's fixed text.
+    (void)GuardForeignFaults(L"KZPPrinterUI::~KZPPrinterUI", kSourceFile, 49, [this] {
         m_pOemDriverUI->Release();
         m_pOemDriverUI = nullptr;
-    } catch (...) {
-        // The line number is part of the trace's fixed text.
-        TraceException(L"KZPPrinterUI::~KZPPrinterUI", kSourceFile, 49);
-    }
+        return S_OK;
+    });
 }
 
 HRESULT STDMETHODCALLTYPE KZPPrinterUI::QueryInterface(REFIID riid, void** ppv) {
@@ -50,7 +49,7 @@ ULONG STDMETHODCALLTYPE KZPPrinterUI::Release() {
 }
 
 HRESULT STDMETHODCALLTYPE KZPPrinterUI::GetInfo(DWORD dwMode, PVOID pBuffer, DWORD cbSize, PDWORD pcbNeeded) {
-    return GuardOperation(L"KZPPrinterUI::GetInfo", kSourceFile, __LINE__, [&]() -> HRESULT {
+    return GuardForeignFaults(L"KZPPrinterUI::GetInfo", kSourceFile, __LINE__, [&]() -> HRESULT {
         // Greater than 4 is meant: a caller that offers more than one 32-bit value is refused, a smaller size
         // is not looked at.
         if (!pBuffer || !pcbNeeded || cbSize > sizeof(DWORD))

@@ -12,7 +12,7 @@ namespace {
 
 void* const kPoison = reinterpret_cast<void*>(0xDEAD);
 
-// The driver's helper object: counts its references and may refuse its interface or throw when released.
+// The driver's helper object: counts its references and may refuse its interface or fault when released.
 class Helper final : public IPrintOemDriverUI {
   public:
     virtual ~Helper() = default;
@@ -30,8 +30,8 @@ class Helper final : public IPrintOemDriverUI {
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
     ULONG STDMETHODCALLTYPE Release() override {
         --references;
-        if (throws)
-            throw 1;
+        if (fault)
+            fault();
         return references;
     }
     HRESULT STDMETHODCALLTYPE DrvGetDriverSetting(PVOID, PCSTR, PVOID, DWORD, PDWORD, PDWORD) override {
@@ -43,7 +43,7 @@ class Helper final : public IPrintOemDriverUI {
     ULONG references = 1;
     int queries = 0;
     bool refuse = false;
-    bool throws = false;
+    void (*fault)() = nullptr;
 };
 
 struct PlugInObject : testing::Test {
@@ -80,19 +80,6 @@ TEST_F(PlugInObject, FactoryHandsOutItsOnlyReference) {
         << "the older interface is refused";
     EXPECT_EQ(nullptr, answer);
     EXPECT_EQ(0u, factory->Release());
-}
-
-TEST_F(PlugInObject, OnlyServerLocksKeepTheDllLoaded) {
-    EXPECT_EQ(S_OK, dll.CanUnloadNow()) << "a live object does not count";
-    IClassFactory* factory = nullptr;
-    ASSERT_EQ(S_OK, dll.GetClassObject(CLSID_OEMUI, IID_IClassFactory, reinterpret_cast<void**>(&factory)));
-    factory->LockServer(TRUE);
-    factory->LockServer(TRUE);
-    factory->LockServer(FALSE);
-    EXPECT_EQ(S_FALSE, dll.CanUnloadNow());
-    factory->LockServer(FALSE);
-    EXPECT_EQ(S_OK, dll.CanUnloadNow());
-    factory->Release();
 }
 
 TEST_F(PlugInObject, AnswersForTwoInterfacesAndCountsThem) {
@@ -186,15 +173,39 @@ void WINAPI RecordTrace(const wchar_t* text) {
     g_trace += text;
 }
 
-TEST_F(PlugInObject, TracesAHelperThatThrowsWhenReleased) {
-    Helper helper;
-    ASSERT_EQ(S_OK, object->PublishDriverInterface(&helper));
+TEST_F(PlugInObject, TracesAHelperThatFaultsWhenReleased) {
+    void (*const faults[])() = {
+        [] { throw 1; },
+        [] { RaiseException(0xE0001234, 0, 0, nullptr); },
+        [] { RaiseException(0xE06D7363, EXCEPTION_NONCONTINUABLE, 0, nullptr); },  // C++, of another maker
+        [] { *static_cast<volatile int*>(kPoison) = 1; },
+    };
     const ImportPatch patch(dll.Module(), "OutputDebugStringW", AddressOf(RecordTrace));
-    g_trace.clear();
-    helper.throws = true;
-    EXPECT_EQ(0u, object->Release());
-    object = nullptr;
-    EXPECT_EQ(L"KZPPrinterUI::~KZPPrinterUI (EXCEPTION) [core/KZPPrinterUI,49]\n", g_trace);
+    for (const auto& fault : faults) {
+        Helper helper;
+        IPrintOemUI2* const owner = dll.Create();
+        ASSERT_EQ(S_OK, owner->PublishDriverInterface(&helper));
+        g_trace.clear();
+        helper.fault = fault;
+        EXPECT_EQ(0u, owner->Release());
+        EXPECT_EQ(L"KZPPrinterUI::~KZPPrinterUI (EXCEPTION) [core/KZPPrinterUI,49]\n", g_trace);
+    }
+}
+
+TEST_F(PlugInObject, TracesABufferThatCannotBeWritten) {
+    const ImportPatch patch(dll.Module(), "OutputDebugStringW", AddressOf(RecordTrace));
+    void* const readOnly = VirtualAlloc(nullptr, 1, MEM_COMMIT, PAGE_READONLY);
+    DWORD value = 0;
+    const struct {
+        void* buffer;
+        void* needed;
+    } cases[] = {{readOnly, &value}, {&value, readOnly}, {kPoison, &value}};
+    for (const auto& [buffer, needed] : cases) {
+        g_trace.clear();
+        EXPECT_EQ(E_FAIL, object->GetInfo(OEMGI_GETVERSION, buffer, 4, static_cast<PDWORD>(needed)));
+        EXPECT_EQ(0u, g_trace.find(L"KZPPrinterUI::GetInfo (EXCEPTION) [core/KZPPrinterUI,")) << g_trace;
+    }
+    VirtualFree(readOnly, 0, MEM_RELEASE);
 }
 
 }  // namespace
