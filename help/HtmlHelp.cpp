@@ -5,18 +5,17 @@
 
 namespace kzp {
 
+constinit HelpControl g_helpControl;
+
 namespace {
 
-using HtmlHelpEntry = HWND(WINAPI*)(HWND, LPCWSTR, UINT, DWORD_PTR);
+using HtmlHelpEntry = decltype(HelpControl::entry);
 
 constexpr wchar_t kControlKey[] = L"CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\\InprocServer32";
 constexpr wchar_t kControlName[] = L"hhctrl.ocx";
 
 // The control exports its Unicode entry by this ordinal.
 constexpr WORD kHtmlHelpWOrdinal = 15;
-
-HtmlHelpEntry g_htmlHelpEntry = nullptr;
-bool g_htmlHelpMissing = false;
 
 UniqueModule LoadRegisteredControl() {
     // One character more than is offered, so that an unterminated text is terminated.
@@ -47,15 +46,12 @@ HtmlHelpEntry FindEntry() {
 }  // namespace
 
 HWND HtmlHelpW(HWND caller, const wchar_t* file, UINT command, DWORD_PTR data) {
-    if (g_htmlHelpMissing)
+    if (g_helpControl.missing)
         return nullptr;
-    if (!g_htmlHelpEntry)
-        g_htmlHelpEntry = FindEntry();
-    if (!g_htmlHelpEntry) {
-        g_htmlHelpMissing = true;
-        return nullptr;
-    }
-    return g_htmlHelpEntry(caller, file, command, data);
+    if (!g_helpControl.entry)
+        g_helpControl.entry = FindEntry();
+    g_helpControl.missing = !g_helpControl.entry;
+    return g_helpControl.missing ? nullptr : g_helpControl.entry(caller, file, command, data);
 }
 
 }  // namespace kzp

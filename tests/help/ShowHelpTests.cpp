@@ -19,7 +19,11 @@ namespace {
 using namespace kzp::standins::help;
 
 struct ShowingHelp : testing::Test {
-    ShowingHelp() { ForgetCalls(); }
+    ShowingHelp() {
+        ForgetCalls();
+        g_helpControl = {};
+    }
+    ~ShowingHelp() override { g_helpControl = {}; }
 
     std::wstring AddressAfter(const std::wstring& storedPath) {
         WriteText(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", storedPath);
