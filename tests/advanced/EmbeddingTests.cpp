@@ -1,7 +1,5 @@
-// The dialog's place in the driver's page, the notice that takes it in one restricted process, and the next
-// sheet.
+// The dialog's place in the driver's page, and the notice that takes it in one restricted process.
 #include "tests/advanced/FontsDialog.h"
-#include "tests/support/HostedSheet.h"
 
 namespace kzp::test {
 namespace {
@@ -47,51 +45,18 @@ TEST_F(FontsDialog, OneRestrictedProcessGetsANoticeInstead) {
         g_major = expected.major;
         g_minor = expected.minor;
         g_program = expected.program;
-        OpenPage();
-        for (HWND child = own; child; child = GetWindow(child, GW_HWNDNEXT)) {
-            // The dialog and the notice, which has a text, are what was put there.
-            if (child != dialog && GetWindowTextLengthW(child) == 0) {
-                EXPECT_FALSE(IsWindowVisible(child)) << "the page's own controls are hidden";
-            }
-        }
-        EXPECT_EQ(0, GetWindowLongW(GetWindow(own, GW_CHILD), GWL_STYLE) & WS_VISIBLE)
-            << "and what is in them";
-        EXPECT_EQ(expected.notice, dialog == nullptr);
-        if (!expected.notice) {
-            EXPECT_TRUE(IsWindowVisible(dialog));
+        Open();
+        for (const HWND hidden : {own, GetWindow(own, GW_CHILD), GetWindow(own, GW_HWNDNEXT)})
+            EXPECT_EQ(0, GetWindowLongW(hidden, GWL_STYLE) & WS_VISIBLE) << "the page's own controls";
+        EXPECT_EQ(expected.notice, !IsWindowVisible(dialog));
+        if (!expected.notice)
             continue;
-        }
-        const std::wstring text = plugIn.ResourceText(700);
-        ASSERT_FALSE(text.empty());
-        const HWND notice = FindWindowExW(page, nullptr, L"static", text.c_str());
-        ASSERT_NE(nullptr, notice);
+        const HWND notice = FindWindowExW(page, nullptr, L"static", plugIn.ResourceText(700).c_str());
         EXPECT_TRUE(IsWindowVisible(notice));
         RECT place = {};
         GetWindowRect(notice, &place);
         MapWindowPoints(nullptr, page, reinterpret_cast<POINT*>(&place), 2);
         EXPECT_TRUE(place.left == 10 && place.top == 150 && place.right == 420 && place.bottom == 200);
-    }
-}
-
-TEST_F(FontsDialog, EverySheetGetsItsOwnDialogAndItsPagesTheirTitles) {
-    Install({L"Alpha", L"Beta", L"Gamma"});
-    Store({L"Alpha"});
-    for (int round = 0; round < 2; ++round) {
-        SCOPED_TRACE(round);
-        HostedSheet host(NoPrinter());
-        host.run.Add([&](driverhost::SheetUser& user) {
-            EXPECT_EQ(plugIn.ResourceText(618), host.sheet.TabText(1));
-            EXPECT_EQ(plugIn.ResourceText(509), host.sheet.TabText(2));
-            user.ClickTab(0);
-        });
-        host.run.Add([](driverhost::SheetUser& user) {
-            EXPECT_TRUE(user.Visible(IDC_FONT_LIST));
-            EXPECT_TRUE(user.Checked(IDC_FONTS_SELECT));
-            user.CheckItem(IDC_FONT_LIST, L"Beta", true);
-            user.Ok();
-        });
-        EXPECT_EQ(CPSUI_OK, host.run.Show());
-        EXPECT_EQ((std::vector<std::wstring>{L"Alpha", L"Beta"}), StoredNames());
     }
 }
 

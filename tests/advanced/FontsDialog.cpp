@@ -8,62 +8,61 @@ namespace kzp::test {
 
 namespace {
 
-std::vector<std::wstring> g_families;
+Names g_families;
 
 int WINAPI EnumerateInstalled(HDC, LPCWSTR, FONTENUMPROCW report, LPARAM param) {
     int answer = 1;
-    for (const std::wstring& family : g_families) {
+    for (auto family = g_families.begin(); family != g_families.end() && answer != 0; ++family) {
         LOGFONTW font = {};
-        family.copy(font.lfFaceName, LF_FACESIZE - 1);
+        family->copy(font.lfFaceName, LF_FACESIZE - 1);
         const TEXTMETRICW metrics = {};
         answer = report(&font, &metrics, TRUETYPE_FONTTYPE, param);
-        if (answer == 0)
-            break;
     }
     return answer;
 }
 
+HWND Window(const wchar_t* kind, DWORD style, HWND parent, INT_PTR id = 0) {
+    return CreateWindowExW(0, kind, L"", style, 0, 0, 480, 420, parent, reinterpret_cast<HMENU>(id), nullptr,
+                           nullptr);
+}
+
 }  // namespace
 
-FontsDialog::FontsDialog() : plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll")) {
+FontsDialog::FontsDialog()
+    : plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll")),
+      sheet(Window(L"STATIC", WS_OVERLAPPEDWINDOW | WS_VISIBLE, nullptr)),
+      apply(Window(L"BUTTON", WS_CHILD | WS_DISABLED, sheet, IDC_SHEET_APPLY)) {
     INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_LISTVIEW_CLASSES};
     InitCommonControlsEx(&classes);
-    sheet = CreateWindowExW(0, L"STATIC", L"Sheet", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 480, 420, nullptr,
-                            nullptr, nullptr, nullptr);
-    apply = CreateWindowExW(0, L"BUTTON", L"Apply", WS_CHILD | WS_VISIBLE | WS_DISABLED, 400, 360, 60, 24,
-                            sheet, reinterpret_cast<HMENU>(INT_PTR{IDC_SHEET_APPLY}), nullptr, nullptr);
 }
 
 FontsDialog::~FontsDialog() {
-    Close();
     DestroyWindow(sheet);
 }
 
-void FontsDialog::Install(std::vector<std::wstring> families) {
+void FontsDialog::Install(Names families) {
     g_families = std::move(families);
     if (!m_enumeration)
         m_enumeration.emplace(plugIn.Module(), "EnumFontFamiliesW", AddressOf(&EnumerateInstalled));
 }
 
-void FontsDialog::OpenPage(driverhost::SessionOptions options) {
+void FontsDialog::Open(LONG fonts, LONG intent, LONG method, std::optional<DWORD> toldItems) {
     Close();
-    options.needsPrinter = false;
+    driverhost::SessionOptions options = NoPrinter();
+    options.features = driverhost::DriverTree::Standard(L"Help item");
+    options.features->Items()[kFontsItem].Sel = fonts;
+    options.features->Items()[kIntentItem].Sel = intent;
+    options.features->Items()[kMethodItem].Sel = method;
     session = std::make_unique<driverhost::DocumentSession>(plugIn, std::move(options));
     session->PresentItems();
-    page = CreateWindowExW(WS_EX_CONTROLPARENT, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 0, 0, 460, 350, sheet,
-                           nullptr, nullptr, nullptr);
-    own = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 0, 0, 99, 99, page, nullptr, nullptr,
-                          nullptr);
+    if (toldItems)
+        session->UIParam().cDrvOptItems = *toldItems;
+    page = Window(L"STATIC", WS_CHILD | WS_VISIBLE, sheet);
+    own = Window(L"STATIC", WS_CHILD | WS_VISIBLE, page);
     for (const HWND parent : {own, page})
-        CreateWindowExW(0, L"BUTTON", L"", WS_CHILD | WS_VISIBLE, 0, 0, 9, 9, parent, nullptr, nullptr,
-                        nullptr);
+        Window(L"BUTTON", WS_CHILD | WS_VISIBLE, parent);
     session->TellCallback(CPSUICB_REASON_SETACTIVE, page);
     dialog = FindWindowExW(page, nullptr, L"#32770", nullptr);
-}
-
-void FontsDialog::Open(driverhost::SessionOptions options) {
-    OpenPage(std::move(options));
-    ASSERT_NE(nullptr, dialog);
 }
 
 void FontsDialog::Close() {
@@ -77,22 +76,18 @@ void FontsDialog::StoreBytes(const std::vector<BYTE>& bytes) {
     WriteValue(HKEY_CURRENT_USER, kSettingsKey, L"FONTLIST", REG_BINARY, bytes.data(), bytes.size());
 }
 
-void FontsDialog::Store(const std::vector<std::wstring>& names) {
+void FontsDialog::Store(const Names& names) {
     std::vector<BYTE> bytes(names.size() * 64);
     for (size_t record = 0; record < names.size(); ++record)
         std::memcpy(bytes.data() + 64 * record, names[record].data(), 2 * names[record].size());
     StoreBytes(bytes);
 }
 
-std::vector<BYTE> FontsDialog::StoredBytes() {
+Names FontsDialog::StoredNames() {
     const auto value = ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"FONTLIST");
-    return value ? value->bytes : std::vector<BYTE>();
-}
-
-std::vector<std::wstring> FontsDialog::StoredNames() {
-    const std::vector<BYTE> bytes = StoredBytes();
+    const std::vector<BYTE> bytes = value ? value->bytes : std::vector<BYTE>();
     EXPECT_EQ(0u, bytes.size() % 64);
-    std::vector<std::wstring> names;
+    Names names;
     for (size_t record = 0; record + 64 <= bytes.size(); record += 64) {
         wchar_t name[32];
         std::memcpy(name, bytes.data() + record, sizeof name);
@@ -104,28 +99,19 @@ std::vector<std::wstring> FontsDialog::StoredNames() {
 
 void FontsDialog::Choose(int combo, int index) const {
     SendMessageW(Control(combo), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
-    SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(combo, CBN_SELCHANGE),
-                 reinterpret_cast<LPARAM>(Control(combo)));
+    Tell(combo, CBN_SELCHANGE);
 }
 
-std::vector<std::wstring> FontsDialog::Listed() const {
+Names FontsDialog::Listed(bool checkedOnly) const {
     const HWND list = Control(IDC_FONT_LIST);
-    std::vector<std::wstring> names;
+    Names names;
     for (int index = 0; index < ListView_GetItemCount(list); ++index) {
         wchar_t name[64] = {};
         ListView_GetItemText(list, index, 0, name, 64);
-        names.emplace_back(name);
+        if (!checkedOnly || ListView_GetCheckState(list, static_cast<UINT>(index)) == 1)
+            names.emplace_back(name);
     }
     return names;
-}
-
-std::vector<std::wstring> FontsDialog::CheckedNames() const {
-    std::vector<std::wstring> names = Listed(), checked;
-    for (size_t index = 0; index < names.size(); ++index) {
-        if (ListView_GetCheckState(Control(IDC_FONT_LIST), static_cast<UINT>(index)) == 1)
-            checked.push_back(names[index]);
-    }
-    return checked;
 }
 
 void FontsDialog::SetImage(int index, UINT image) const {

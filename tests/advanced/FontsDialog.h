@@ -6,13 +6,16 @@
 
 #include <optional>
 
-#include "pages/advanced/FontList.h"
 #include "resources/resource.h"
+#include "tests/support/HostedSheet.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/ScratchRegistry.h"
-#include "tools/driverhost/DocumentSession.h"
 
 namespace kzp::test {
+
+using Names = std::vector<std::wstring>;
+
+inline constexpr DWORD kIntentItem = 5, kMethodItem = 6, kFontsItem = 9;
 
 class FontsDialog : public testing::Test {
   protected:
@@ -20,28 +23,28 @@ class FontsDialog : public testing::Test {
     ~FontsDialog() override;
 
     // What the enumeration hands out, call by call; without one, the machine's own fonts.
-    void Install(std::vector<std::wstring> families);
-    void OpenPage(driverhost::SessionOptions options = {});
-    void Open(driverhost::SessionOptions options = {});  // and expects the dialog there
-    void Close();                                        // destroys the page, as a closing sheet does
+    void Install(Names families);
+    // A page with the dialog, on these selections of its items.
+    void Open(LONG fonts = 0, LONG intent = 0, LONG method = 0, std::optional<DWORD> toldItems = {});
+    void Close();  // destroys the page, as a closing sheet does
     void Commit() { session->TellCallback(CPSUICB_REASON_APPLYNOW, page); }
 
     // FONTLIST, as bytes and as names.
-    void Store(const std::vector<std::wstring>& names);
     void StoreBytes(const std::vector<BYTE>& bytes);
-    static std::vector<BYTE> StoredBytes();
-    static std::vector<std::wstring> StoredNames();
+    void Store(const Names& names);
+    static Names StoredNames();
 
     HWND Control(int id) const { return GetDlgItem(dialog, id); }
     bool IsRadioChecked(int id) const { return IsDlgButtonChecked(dialog, id) == BST_CHECKED; }
-    void Click(int id) const { SendMessageW(Control(id), BM_CLICK, 0, 0); }
+    void Tell(int id, WORD code) const { SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, code), 0); }
     void Choose(int combo, int index) const;  // as from the keyboard: with its notification
-
-    std::vector<std::wstring> Listed() const;
-    std::vector<std::wstring> CheckedNames() const;
+    Names Listed(bool checkedOnly = false) const;
     void SetImage(int index, UINT image) const;  // 1 unchecked, 2 checked, 0 none
-    bool IsApplyEnabled() const { return IsWindowEnabled(apply) != FALSE; }
+
+    // Whether Apply was enabled since this was asked last.
+    bool TakeApply() const { return EnableWindow(apply, FALSE) == 0; }
     LONG ItemSelection(DWORD position) { return session->Tree().All().at(position).Sel; }
+    std::vector<driverhost::Announcement>& Said() { return session->Helper().Announcements(); }
 
     ScratchRegistry registry;
     driverhost::PlugIn plugIn;
@@ -55,7 +58,5 @@ class FontsDialog : public testing::Test {
   private:
     std::optional<ImportPatch> m_enumeration;
 };
-
-inline constexpr DWORD kIntentItem = 5, kMethodItem = 6, kFontsItem = 9;
 
 }  // namespace kzp::test

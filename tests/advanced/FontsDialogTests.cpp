@@ -1,35 +1,29 @@
 // Choosing fonts and colour management in the embedded dialog: what it opens with, what a click does to the
 // driver's items, and what is stored.
+#include "support/SystemLibrary.h"
 #include "tests/advanced/FontsDialog.h"
+
+#include <commctrl.h>
 
 #include <algorithm>
 #include <cstring>
 
-#include "tests/support/HostedSheet.h"
-
 namespace kzp::test {
 namespace {
 
-using Names = std::vector<std::wstring>;
-using driverhost::DriverTree;
-using driverhost::SessionOptions;
-
-SessionOptions WithSelections(LONG fonts, LONG intent = 0, LONG method = 0) {
-    SessionOptions options;
-    options.features = DriverTree::Standard(L"Help item");
-    options.features->Items()[kFontsItem].Sel = fonts;
-    options.features->Items()[kIntentItem].Sel = intent;
-    options.features->Items()[kMethodItem].Sel = method;
-    return options;
-}
-
 TEST_F(FontsDialog, ListsEachFamilyOnceInOrder) {
+    const UniqueModule themes(LoadLibraryW(L"uxtheme.dll"));
+    const auto isTextured = FindFunction<BOOL(WINAPI*)(HWND)>(themes, "IsThemeDialogTextureEnabled");
     // One call per character set for some families, as some platforms do it.
     Install({L"Zeta", L"alpha", L"Beta", L"alpha", L"Zeta", L"@Beta", L"alpha"});
     Open();
     const Names listed = Listed();
     ASSERT_EQ(4u, listed.size());
     EXPECT_EQ((Names{L"alpha", L"Beta", L"Zeta"}), Names(listed.begin() + 1, listed.end()));
+    EXPECT_EQ(DWORD{LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT},
+              ListView_GetExtendedListViewStyle(Control(IDC_FONT_LIST)));
+    EXPECT_EQ(322, ListView_GetColumnWidth(Control(IDC_FONT_LIST), 0));
+    EXPECT_TRUE(isTextured(dialog)) << "as the page around it";
 
     Install({});
     Open();
@@ -60,15 +54,15 @@ TEST_F(FontsDialog, OpensOnTheChoiceThatItemAndStoredFontsGive) {
     for (const auto& expected : cases) {
         SCOPED_TRACE(expected.item * 100 + static_cast<int>(expected.stored.size()));
         Store(expected.stored);
-        Open(WithSelections(expected.item));
+        Open(expected.item);
         for (const int radio : {IDC_FONTS_ALL, IDC_FONTS_NONE, IDC_FONTS_SELECT})
             EXPECT_EQ(radio == expected.radio, IsRadioChecked(radio)) << radio;
         EXPECT_EQ(expected.radio == IDC_FONTS_SELECT, IsWindowEnabled(Control(IDC_FONT_LIST)) != FALSE);
         EXPECT_EQ(expected.itemAfter, ItemSelection(kFontsItem));
-        EXPECT_EQ(expected.checkedAfter, CheckedNames());
-        EXPECT_TRUE(IsApplyEnabled()) << "opening counts as a click on the choice";
-        ASSERT_EQ(1u, session->Helper().Announcements().size());
-        EXPECT_EQ(static_cast<int>(kFontsItem), session->Helper().Announcements()[0].position);
+        EXPECT_EQ(expected.checkedAfter, Listed(true));
+        EXPECT_TRUE(TakeApply()) << "opening counts as a click on the choice";
+        ASSERT_EQ(1u, Said().size());
+        EXPECT_EQ(static_cast<int>(kFontsItem), Said()[0].position);
     }
 }
 
@@ -76,8 +70,9 @@ TEST_F(FontsDialog, ChoicesSetTheItemAndTheCheckMarks) {
     const Names all = {L"Alpha", L"Beta", L"Delta"};
     Install(all);
     Store({L"Beta"});
-    Open(WithSelections(2));
-    session->Helper().Announcements().clear();
+    Open(2);
+    Said().clear();
+    TakeApply();
     const struct {
         int radio;
         LONG item;
@@ -90,47 +85,53 @@ TEST_F(FontsDialog, ChoicesSetTheItemAndTheCheckMarks) {
         {IDC_FONTS_SELECT, 2, true, {}},
     };
     for (const auto& click : clicks) {
-        EnableWindow(apply, FALSE);
-        Click(click.radio);
+        SendMessageW(Control(click.radio), BM_CLICK, 0, 0);
         EXPECT_EQ(click.item, ItemSelection(kFontsItem));
         EXPECT_EQ(click.listEnabled, IsWindowEnabled(Control(IDC_FONT_LIST)) != FALSE);
-        EXPECT_EQ(click.checked, CheckedNames());
-        EXPECT_TRUE(IsApplyEnabled());
-        const driverhost::Announcement& said = session->Helper().Announcements().back();
+        EXPECT_EQ(click.checked, Listed(true));
+        EXPECT_TRUE(TakeApply());
+        const driverhost::Announcement& said = Said().back();
         EXPECT_EQ(static_cast<int>(kFontsItem), said.position);
         EXPECT_EQ(click.item, said.selection);
         EXPECT_EQ(0u, said.previous);
         EXPECT_EQ(DWORD{OEMCUIP_DOCPROP}, said.mode);
         EXPECT_TRUE(said.rightSheet);
     }
-    EXPECT_EQ(std::size(clicks), session->Helper().Announcements().size());
-
-    // Checking an entry enables Apply too.
-    EnableWindow(apply, FALSE);
-    SetImage(1, 2);
-    EXPECT_TRUE(IsApplyEnabled());
+    // Checking and unchecking an entry enables Apply too; nothing else does, nor is it announced.
+    for (const UINT image : {2u, 1u}) {
+        SetImage(1, image);
+        EXPECT_TRUE(TakeApply()) << image;
+    }
+    for (const int button : {IDC_FONTS_ALL, IDC_FONTS_NONE, IDC_FONTS_SELECT})
+        Tell(button, BN_SETFOCUS);
+    for (const int list : {IDC_ICM_INTENT, IDC_ICM_METHOD})
+        Tell(list, CBN_DROPDOWN);
+    NMLISTVIEW change = {};
+    change.uNewState = INDEXTOSTATEIMAGEMASK(2);
+    for (const auto& [control, code] :
+         {std::pair{IDC_ICM_METHOD, LVN_ITEMCHANGED}, {IDC_FONT_LIST, LVN_ITEMCHANGING}}) {
+        change.hdr = {Control(control), static_cast<UINT_PTR>(control), static_cast<UINT>(code)};
+        SendMessageW(dialog, WM_NOTIFY, static_cast<WPARAM>(control), reinterpret_cast<LPARAM>(&change));
+    }
+    EXPECT_FALSE(TakeApply());
+    EXPECT_EQ(std::size(clicks), Said().size());
 }
 
 TEST_F(FontsDialog, ColourListsFollowTheirItemsWithTheFirstTwoMethodsSwapped) {
     const LONG swapped[] = {1, 0, 2, 3};
     for (LONG selection = 0; selection < 4; ++selection) {
-        Open(WithSelections(1, selection % 3, selection));
-        EXPECT_EQ(3, SendMessageW(Control(IDC_ICM_INTENT), CB_GETCOUNT, 0, 0));
-        EXPECT_EQ(4, SendMessageW(Control(IDC_ICM_METHOD), CB_GETCOUNT, 0, 0));
+        Open(1, selection % 3, selection);
         EXPECT_EQ(selection % 3, SendMessageW(Control(IDC_ICM_INTENT), CB_GETCURSEL, 0, 0));
         EXPECT_EQ(swapped[selection], SendMessageW(Control(IDC_ICM_METHOD), CB_GETCURSEL, 0, 0));
-        wchar_t first[64] = {};
-        SendMessageW(Control(IDC_ICM_METHOD), CB_GETLBTEXT, 0, reinterpret_cast<LPARAM>(first));
-        EXPECT_EQ(plugIn.ResourceText(456), first);
-
-        EnableWindow(apply, FALSE);
+        TakeApply();
         Choose(IDC_ICM_METHOD, selection);
+        EXPECT_TRUE(TakeApply());
         EXPECT_EQ(swapped[selection], ItemSelection(kMethodItem));
-        EXPECT_EQ(static_cast<int>(kMethodItem), session->Helper().Announcements().back().position);
+        EXPECT_EQ(static_cast<int>(kMethodItem), Said().back().position);
         Choose(IDC_ICM_INTENT, 2);
+        EXPECT_TRUE(TakeApply());
         EXPECT_EQ(2, ItemSelection(kIntentItem));
-        EXPECT_EQ(static_cast<int>(kIntentItem), session->Helper().Announcements().back().position);
-        EXPECT_TRUE(IsApplyEnabled());
+        EXPECT_EQ(static_cast<int>(kIntentItem), Said().back().position);
     }
 }
 
@@ -138,14 +139,14 @@ TEST_F(FontsDialog, CommitStoresTheCheckedFontsInListOrder) {
     const std::wstring longest(31, L'W');
     Install({L"Zeta", longest, L"alpha", L"Beta", L"\x4E2D\x6587 \xD83D\xDE00"});
     Store({L"Zeta", L"Vanished", L"alpha"});
-    Open(WithSelections(2));
+    Open(2);
     const Names listed = Listed();
     SetImage(static_cast<int>(std::find(listed.begin(), listed.end(), longest) - listed.begin()), 2);
     Commit();
     EXPECT_EQ((Names{L"alpha", longest, L"Zeta"}), StoredNames()) << "a font that is gone is dropped";
 
     // An entry without a check box counts as chosen.
-    Click(IDC_FONTS_NONE);
+    Tell(IDC_FONTS_NONE, BN_CLICKED);
     Commit();
     EXPECT_TRUE(StoredNames().empty());
     SetImage(0, 0);
@@ -153,10 +154,10 @@ TEST_F(FontsDialog, CommitStoresTheCheckedFontsInListOrder) {
     EXPECT_EQ(Names{listed[0]}, StoredNames());
 
     // What was stored opens again.
-    Click(IDC_FONTS_ALL);
+    Tell(IDC_FONTS_ALL, BN_CLICKED);
     Commit();
     EXPECT_EQ(listed, StoredNames());
-    Open(WithSelections(1));
+    Open(1);
     EXPECT_TRUE(IsRadioChecked(IDC_FONTS_ALL));
 }
 
@@ -166,21 +167,21 @@ TEST_F(FontsDialog, DamagedStoredListsAreTakenAsFarAsTheyGo) {
     std::memcpy(bytes.data(), L"Beta", 8);
     std::memcpy(bytes.data() + 64, L"Gamma", 10);
     StoreBytes(bytes);
-    Open(WithSelections(2));
-    EXPECT_EQ(Names{L"Beta"}, CheckedNames());
+    Open(2);
+    EXPECT_EQ(Names{L"Beta"}, Listed(true));
 
     // No terminator: the record ends where it ends, not where the next one does.
     bytes.assign(128, 'x');
     std::memcpy(bytes.data() + 64, L"Gamma", 12);
     StoreBytes(bytes);
-    Open(WithSelections(2));
-    EXPECT_EQ(Names{L"Gamma"}, CheckedNames());
+    Open(2);
+    EXPECT_EQ(Names{L"Gamma"}, Listed(true));
 
     // Longer than all listed fonts together: unreadable, and reset as unreadable settings are.
     StoreBytes(std::vector<BYTE>(size_t{4} * 64, 'x'));
-    Open(WithSelections(0));
+    Open(0);
     EXPECT_TRUE(IsRadioChecked(IDC_FONTS_NONE));
-    EXPECT_TRUE(StoredBytes().empty());
+    EXPECT_TRUE(StoredNames().empty());
 }
 
 TEST_F(FontsDialog, FewerDriverItemsThanPositionsAreLeftAlone) {
@@ -188,15 +189,18 @@ TEST_F(FontsDialog, FewerDriverItemsThanPositionsAreLeftAlone) {
     for (const DWORD items : {0u, 5u, 6u, 9u}) {
         SCOPED_TRACE(items);
         Store({L"Alpha"});
-        SessionOptions options;
-        options.firstItems = items;
-        Open(std::move(options));
+        Open(7, 2, 3, items);
         EXPECT_TRUE(IsRadioChecked(IDC_FONTS_SELECT)) << "without its item the stored list decides";
         for (const int radio : {IDC_FONTS_ALL, IDC_FONTS_NONE, IDC_FONTS_SELECT})
-            Click(radio);
+            Tell(radio, BN_CLICKED);
         Choose(IDC_ICM_METHOD, 1);
         Choose(IDC_ICM_INTENT, 1);
-        for (const driverhost::Announcement& said : session->Helper().Announcements())
+        const Names selections = {std::to_wstring(ItemSelection(kIntentItem)),
+                                  std::to_wstring(ItemSelection(kMethodItem)),
+                                  std::to_wstring(ItemSelection(kFontsItem))};
+        EXPECT_EQ((Names{items > kIntentItem ? L"1" : L"2", items > kMethodItem ? L"0" : L"3", L"7"}),
+                  selections);
+        for (const driverhost::Announcement& said : Said())
             EXPECT_LT(said.position, static_cast<int>(items));
         SetImage(1, 2);
         Commit();
@@ -206,19 +210,19 @@ TEST_F(FontsDialog, FewerDriverItemsThanPositionsAreLeftAlone) {
 
 TEST_F(FontsDialog, WithoutADialogTheCommitKeepsWhatIsStored) {
     Install({L"Alpha"});
-    Store({L"Alpha", L"Beta", L"Gamma"});
-    const std::vector<BYTE> before = StoredBytes();
-    session = std::make_unique<driverhost::DocumentSession>(plugIn, NoPrinter());
-    session->PresentItems();
-    Commit();
-    EXPECT_EQ(before, StoredBytes());
-
-    Store({L"Alpha"});
-    Open();
-    Close();
-    const std::vector<BYTE> closed = StoredBytes();
-    Commit();
-    EXPECT_EQ(closed, StoredBytes()) << "nor does a dialog that is gone";
+    const Names kept = {L"Alpha", L"Beta", L"Gamma"};
+    for (const bool opened : {false, true}) {
+        if (opened) {
+            Open();
+            Close();
+        } else {
+            session = std::make_unique<driverhost::DocumentSession>(plugIn, NoPrinter());
+            session->PresentItems();
+        }
+        Store(kept);
+        Commit();
+        EXPECT_EQ(kept, StoredNames()) << "nor does a dialog that is gone";
+    }
 }
 
 }  // namespace

@@ -10,21 +10,26 @@
 #include "support/UniqueHandle.h"
 #include "tests/support/Counters.h"
 #include "tests/support/Files.h"
-#include "tests/support/PlugInDll.h"
 
 namespace kzp::test {
 namespace {
 
 struct ResourceModule : testing::Test {
-    ~ResourceModule() override {
-        // A failed acquisition is counted for ever; the next test starts afresh.
+    ~ResourceModule() override { StartAfresh(); }
+
+    // A failed acquisition is counted for ever.
+    static void StartAfresh() {
         if (g_hResModule)
             FreeLibrary(g_hResModule);
         g_hResModule = nullptr;
         g_cResModuleUses = 0;
     }
 
-    std::wstring Text(HMODULE beside, UINT id) {
+    static UniqueModule LoadPlugIn(const std::wstring& path) {
+        return UniqueModule(LoadLibraryExW(path.c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES));
+    }
+
+    static std::wstring Text(HMODULE beside, UINT id) {
         const PWSTR text = LoadResString(GetProcessHeap(), beside, id);
         if (!text)
             return L"(none)";
@@ -36,6 +41,8 @@ struct ResourceModule : testing::Test {
     }
 
     HMODULE self = GetModuleHandleW(nullptr);
+    TemporaryFolder folder;
+    UniqueModule alone = LoadPlugIn(folder.Take(L"KZPWriterUI.dll"));  // without the module beside it
 };
 
 TEST_F(ResourceModule, IsLoadedOnceAndFreedWithItsLastUser) {
@@ -52,6 +59,9 @@ TEST_F(ResourceModule, IsLoadedOnceAndFreedWithItsLastUser) {
     EXPECT_EQ(0u, g_cResModuleUses);
     ReleaseResModule(nullptr);
     EXPECT_EQ(0u, g_cResModuleUses);
+
+    const UniqueModule loaded(LoadLibraryW(BesideExe(L"KZPWriterRes.dll").c_str()));
+    EXPECT_NE(nullptr, AcquireResModule(self)) << "also where another loaded it as a module";
 }
 
 TEST_F(ResourceModule, GivesTextsAndNothingForMissingOnes) {
@@ -61,35 +71,10 @@ TEST_F(ResourceModule, GivesTextsAndNothingForMissingOnes) {
     EXPECT_EQ(nullptr, LoadResString(GetProcessHeap(), self, 9999));
     EXPECT_EQ(blocks, CountHeapBlocks());
     EXPECT_EQ(nullptr, LoadResString(nullptr, self, IDS_OUTPUT_HEADING)) << "no heap, no text";
-}
 
-TEST_F(ResourceModule, MissingFallsBackToThePlugInsOwnTwoTextsAndIsLookedForAgain) {
-    const TemporaryFolder folder;
-    const HMODULE alone =
-        LoadLibraryExW(folder.Take(L"KZPWriterUI.dll").c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
-    ASSERT_NE(nullptr, alone);
-    EXPECT_EQ(L"File output location:", Text(alone, IDS_OUTPUT_HEADING));
-    EXPECT_EQ(L"My Documents location", Text(alone, IDS_DOCUMENTS_LOCATION));
-    EXPECT_EQ(L"(none)", Text(alone, IDS_USER_LOCATION));
-    EXPECT_EQ(3u, g_cResModuleUses) << "failed loads count, and are never given back";
-
-    folder.Take(L"KZPWriterRes.dll");
-    EXPECT_EQ(L"User document location", Text(alone, IDS_USER_LOCATION));
-    EXPECT_NE(nullptr, g_hResModule) << "the failed acquisitions keep the module";
-    FreeLibrary(alone);
-}
-
-TEST_F(ResourceModule, CutsLongTextsAndSurvivesATruncatedModule) {
-    const TemporaryFolder folder;
-    const HMODULE alone =
-        LoadLibraryExW(folder.Take(L"KZPWriterUI.dll").c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
-    ASSERT_NE(nullptr, alone);
-    WriteFileText(folder.File(L"KZPWriterRes.dll"), "MZ not a module");
-    EXPECT_EQ(L"(none)", Text(alone, IDS_USER_LOCATION));
-
+    // A text of 400 characters as number 503 in its block of 16, in the table's own language.
     const std::wstring module = folder.Take(L"KZPWriterRes.dll");
-    // The block of texts 496 to 511 with one of 400 characters as number 503, in the table's own language.
-    std::wstring block(16 * 1 + 400, L'\0');
+    std::wstring block(16 + 400, L'\0');
     block[7] = 400;
     block.replace(8, 400, 400, L'x');
     const HANDLE update = BeginUpdateResourceW(module.c_str(), FALSE);
@@ -97,31 +82,51 @@ TEST_F(ResourceModule, CutsLongTextsAndSurvivesATruncatedModule) {
                                 MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), block.data(),
                                 static_cast<DWORD>(block.size() * sizeof(wchar_t))));
     EXPECT_TRUE(EndUpdateResourceW(update, FALSE));
-    EXPECT_EQ(std::wstring(259, L'x'), Text(alone, IDS_USER_LOCATION));
-    FreeLibrary(alone);
+    EXPECT_EQ(std::wstring(259, L'x'), Text(alone.Get(), IDS_USER_LOCATION));
 }
 
-TEST_F(ResourceModule, CutShortGivesNoTextOrAWholeOne) {
-    const TemporaryFolder folder;
-    const HMODULE alone =
-        LoadLibraryExW(folder.Take(L"KZPWriterUI.dll").c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES);
-    ASSERT_NE(nullptr, alone);
+TEST_F(ResourceModule, MissingFallsBackToThePlugInsOwnTwoTextsAndIsLookedForAgain) {
+    EXPECT_EQ(L"File output location:", Text(alone.Get(), IDS_OUTPUT_HEADING));
+    EXPECT_EQ(L"My Documents location", Text(alone.Get(), IDS_DOCUMENTS_LOCATION));
+    WriteFileText(folder.File(L"KZPWriterRes.dll"), "MZ not a module");
+    EXPECT_EQ(L"(none)", Text(alone.Get(), IDS_USER_LOCATION));
+    EXPECT_EQ(3u, g_cResModuleUses) << "failed loads count, and are never given back";
+
+    folder.Take(L"KZPWriterRes.dll");
+    EXPECT_EQ(L"User document location", Text(alone.Get(), IDS_USER_LOCATION));
+    EXPECT_NE(nullptr, g_hResModule) << "the failed acquisitions keep the module";
+}
+
+TEST_F(ResourceModule, IsFoundWhereItsPathIsAsLongAsPathsMayBe) {
+    for (const size_t folderLength : {242u, 243u}) {
+        StartAfresh();
+        const std::wstring path = folder.Deep(folderLength);
+        for (const wchar_t* const name : {L"\\KZPWriterUI.dll", L"\\KZPWriterRes.dll"})
+            CopyFileW(BesideExe(name + 1).c_str(), (L"\\\\?\\" + path + name).c_str(), FALSE);
+        const UniqueModule plugIn = LoadPlugIn(path + L"\\KZPWriterUI.dll");
+        ASSERT_TRUE(plugIn);
+        EXPECT_EQ(folderLength == 242, AcquireResModule(plugIn.Get()) != nullptr) << folderLength;
+    }
+}
+
+TEST_F(ResourceModule, CutShortIsNotUsedOrGivesWholeTexts) {
     constexpr UINT kTexts[] = {IDS_USER_LOCATION, IDS_INVALID_SIZE_TEXT, IDS_GET_PRINTER_FAILED};
+    constexpr size_t kPage = 4096;
     const std::filesystem::path module = folder.Take(L"KZPWriterRes.dll");
-    for (auto cut = std::filesystem::file_size(module); cut > 512; cut -= 512) {
+    const auto whole = std::filesystem::file_size(module);
+    for (auto cut = whole; cut > 512; cut -= 512) {
         std::filesystem::resize_file(module, cut);
+        StartAfresh();
+        // What is missing in the last page reads as zeros.
+        if (cut <= (whole - 1) / kPage * kPage) {
+            EXPECT_EQ(nullptr, AcquireResModule(alone.Get())) << cut;
+        }
         for (const UINT id : kTexts) {
-            const std::wstring text = Text(alone, id);
+            const std::wstring text = Text(alone.Get(), id);
+            StartAfresh();
             EXPECT_TRUE(text == L"(none)" || text == Text(self, id)) << cut;
         }
     }
-    FreeLibrary(alone);
-}
-
-TEST_F(ResourceModule, ServesThoughAnotherLoadedItAsAModule) {
-    const UniqueModule loaded(LoadLibraryW(BesideExe(L"KZPWriterRes.dll").c_str()));
-    ASSERT_TRUE(loaded);
-    EXPECT_NE(nullptr, AcquireResModule(self));
 }
 
 }  // namespace

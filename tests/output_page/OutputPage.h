@@ -1,4 +1,5 @@
-// The Output Location page in a real sheet, with a registry and folders of its own.
+// The Output Location page in a real sheet, with a registry and folders of its own, and what it asks of the
+// platform.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -6,45 +7,50 @@
 #include "resources/resource.h"
 #include "tests/support/Files.h"
 #include "tests/support/HostedSheet.h"
+#include "tests/support/ImportPatch.h"
 #include "tests/support/ScratchRegistry.h"
 
 namespace kzp::test {
+
+using driverhost::SheetUser;
+using Names = std::vector<std::wstring>;
 
 class OutputPage : public testing::Test {
   protected:
     OutputPage();
     ~OutputPage() override;
 
-    using Step = std::function<void(driverhost::SheetUser&, driverhost::SheetRun&)>;
-
     // Opens a sheet on the page, plays the steps, and cancels unless they pressed OK.
-    void Show(std::initializer_list<Step> steps);
+    void Show(std::initializer_list<driverhost::SheetStep> steps);
+    // A step: chooses a folder in the browser; an empty one cancels it.
+    static driverhost::SheetStep Browse(const std::wstring& folder);
+    static void Ok(SheetUser& user) { user.Ok(); }
 
     // Settings, as stored. An unset text is empty.
     static void Store(const wchar_t* name, const std::wstring& text);
     static std::wstring Stored(const wchar_t* name);
 
     std::wstring Folder(const std::wstring& name) const;  // makes it
+    static std::wstring History(const Names& folders);    // as it is stored
     static std::wstring CurrentFolder();
-    // Paths joined as the history stores them.
-    static std::wstring History(const std::vector<std::wstring>& folders);
+
+    // Browsers, message boxes and created files, each in a line.
+    static Names& Asked();
 
     ScratchRegistry registry;
     TemporaryFolder folders;
     driverhost::PlugIn plugIn;
-    bool plugInItem = true;  // whether the driver passes the plug-in's own item
-
-    // Of the latest sheet.
-    std::vector<driverhost::Announcement> announcements;
-    std::vector<driverhost::SeenBox> boxes;
+    bool plugInItem = true;                               // whether the driver passes the plug-in's own item
+    std::vector<driverhost::Announcement> announcements;  // of the latest sheet
 
   private:
+    ImportPatch m_functions, m_boxes, m_files;
     std::wstring m_startFolder;
 };
 
-// Steps and looks.
-std::vector<std::wstring> Listed(const driverhost::SheetUser& user);
-int SelectedIndex(const driverhost::SheetUser& user);
-void DisableApply(driverhost::SheetUser& user);
+// Looks and steps.
+int SelectedIndex(const SheetUser& user);
+void DisableApply(SheetUser& user);
+void Tell(SheetUser& user, int control, WORD code);  // as the control itself does
 
 }  // namespace kzp::test

@@ -1,5 +1,6 @@
-// The pages in a real sheet, in every language and at the usual resolutions: they speak the user's language,
-// nothing is clipped or overlaps in either layout of the settings page, no mnemonic is given twice.
+// The pages in a real sheet, in every language and at the usual resolutions: each control says what it
+// should, behind the label that names it, nothing is clipped or overlaps in either layout of the settings
+// page, no mnemonic is given twice.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -10,7 +11,7 @@
 #include <string_view>
 
 #include "resources/resource.h"
-#include "tests/resources/Delivered.h"
+#include "tests/support/Files.h"
 #include "tests/support/ProgramCopy.h"
 #include "tests/support/SheetTest.h"
 
@@ -20,13 +21,53 @@ namespace {
 using driverhost::SheetUser;
 using driverhost::Utf8;
 
+// Everything on a page in its order, as the user reads it; controls without a text are named by their kind,
+// hidden ones in parentheses. Assistive software names an edit, a list and a set of option buttons by the
+// text right before it, shown or not.
 struct Language {
     std::string_view locale;
-    LANGID texts;
-    const wchar_t* allFonts;  // from the dialog that keeps its template's texts
+    const char* titles;
+    const char* settings;
+    const char* output;
+    const char* fonts;
+    const char* methods;  // what the hidden lists of colour management offer
 };
 
-constexpr Language kSpoken[] = {{"de", kGerman, L"Alle"}, {"fr", kFrench, L"Toutes"}, {"", kEnglish, L"All"}};
+constexpr Language kSpoken[] = {
+    {"de", "KZP-Einstellungen|Speicherort",
+     "(Papierformat:)|Papierformat:|_|Breite:|_|Höhe:|_|Ränder:|Links:|_|Rechts:|_|Oben:|_|Unten:|_|"
+     "Maßeinheit:|&Zoll|&Millimeter|Ausrichtung:|&Hochformat|&Querformat|Druckqualität:|_|Farbe:|_|"
+     "Ausgabetyp:|KZPx|KZP|Im KZP Viewer anzeigen|Hilfe|",
+     "(File output location:)|Speicherort der Ausgabedateien:|Ordner \"Dokumente\"|Benutzerdefinierter "
+     "Ordner|(Ordner des Quelldokuments)|(Geben Sie den Ordner für die KZP-Dateien "
+     "an.)|Ordner:|_|Durchsuchen...|Nach dem Namen der KZP-Datei fragen|Hilfe|",
+     "(Schriftarten einbetten:)|Schriftarten einbetten:|Alle|Keine|Schriftarten auswählen|(Einzubettende "
+     "Schriftarten:)|_|(Bildfarbverwaltung:)|(ICM-Methode:)|(_)|(ICM-Absicht:)|(_)|Hilfe|",
+     "Durch das Hostsystem|Deaktiviert|Durch den Drucker|Durch den Drucker, mit dessen "
+     "Kalibrierung|Grafiken|Bilder|Proof|"},
+    {"fr", "Paramètres KZP|Emplacement",
+     "(Format de papier :)|Format de papier :|_|Largeur :|_|Hauteur :|_|Marges :|Gauche :|_|Droite :|_|Haut "
+     ":|_|Bas :|_|Unités :|Po&uces|&Millimètres|Orientation :|Po&rtrait|Pa&ysage|Qualité :|_|Couleur "
+     ":|_|Type de sortie :|KZPx|KZP|Afficher dans KZP Viewer|Aide|",
+     "(File output location:)|Emplacement des fichiers de sortie :|Dossier « Documents »|Dossier choisi par "
+     "l'utilisateur|(Dossier du document source)|(Indiquez le dossier d'enregistrement des fichiers "
+     "KZP.)|Dossier :|_|Parcourir...|Demander le nom du fichier KZP|Aide|",
+     "(Incorporer les polices :)|Incorporer les polices :|Toutes|Aucune|Sélectionner les polices|(Polices à "
+     "incorporer :)|_|(Gestion des couleurs d'image :)|(Méthode ICM :)|(_)|(Intention ICM :)|(_)|Aide|",
+     "Par le système hôte|Désactivée|Par l'imprimante|Par l'imprimante, avec son "
+     "étalonnage|Graphiques|Images|Épreuve|"},
+    {"", "KZP Settings|Output Location",
+     "(Paper size:)|Paper "
+     "size:|_|Width:|_|Height:|_|Margin:|Left:|_|Right:|_|Top:|_|Bottom:|_|Units:|&Inches|&Millimeters|"
+     "Orientation:|Po&rtrait|&Landscape|Print quality:|_|Color:|_|Output Type:|KZPx|KZP|Display in KZP "
+     "Viewer|Help|",
+     "(File output location:)|File output location:|My Documents location|User document location|(Source "
+     "document location)|(Specify the folder to save  the KZP files.)|Location :|_|Browse...|Prompt for KZP "
+     "file name|Help|",
+     "(Embed fonts:)|Embed fonts:|All|None|Select fonts|(Fonts to embed:)|_|(Image color management:)|(ICM "
+     "Method:)|(_)|(ICM Intent:)|(_)|Help|",
+     "Handled by the host system|Disabled|Handled by the printer|Handled by the printer, with its "
+     "calibration|Graphics|Pictures|Proof|"}};
 
 // What this process must speak: the platform takes its language from there, too.
 const Language& Expected() {
@@ -39,6 +80,27 @@ const Language& Expected() {
 std::wstring WindowText(HWND window) {
     wchar_t text[260];
     return {text, static_cast<size_t>(GetWindowTextW(window, text, 260))};
+}
+
+bool IsOf(const wchar_t* kind, HWND window) {
+    wchar_t name[32];
+    GetClassNameW(window, name, 32);
+    return std::wcscmp(name, kind) == 0;
+}
+
+// Spin buttons belong to the edit before them; the separator says nothing.
+std::string Outline(HWND page) {
+    std::wstring outline;
+    for (HWND control = GetWindow(page, GW_CHILD); control; control = GetWindow(control, GW_HWNDNEXT)) {
+        const bool speaks = IsOf(WC_BUTTONW, control) || IsOf(WC_STATICW, control);
+        const std::wstring text = speaks ? WindowText(control) : L"_";
+        if (text.empty() || IsOf(UPDOWN_CLASSW, control))
+            continue;
+        const bool shown = GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE;
+        outline += shown ? text + L"|" : L"(" + text + L")|";
+    }
+    std::ranges::replace(outline, L'\u00A0', L' ');
+    return Utf8(outline);
 }
 
 RECT PlaceOf(HWND window) {
@@ -59,10 +121,8 @@ std::vector<HWND> ShownChildren(HWND parent) {
 // Room that a text needs, with the mark of an option button or check box or the frame of a push button. Fonts
 // of other machines may run a little wider.
 SIZE NeededRoom(HWND control, int dpi) {
-    wchar_t name[32];
-    GetClassNameW(control, name, 32);
-    const bool button = std::wcscmp(name, WC_BUTTONW) == 0;
-    if (!button && std::wcscmp(name, WC_STATICW) != 0)
+    const bool button = IsOf(WC_BUTTONW, control);
+    if (!button && !IsOf(WC_STATICW, control))
         return {};
     std::wstring text = WindowText(control);
     std::erase(text, L'&');
@@ -117,15 +177,13 @@ void ExpectMnemonicsOnce(HWND sheet, HWND page) {
     EXPECT_FALSE(seen.empty());
 }
 
-// The row of the custom size, and with it the whole page, as a user sees them.
-void ExpectTidySettings(SheetUser& user, const Language& language, int dpi) {
+// As the user finds the settings page, and with the row of the custom size.
+void ExpectTidySettings(SheetUser& user, int dpi) {
     const HWND page = user.Sheet().PageWindow(1);
-    EXPECT_EQ(user.Sheet().TabText(1), TextOf(TextsFile(), IDS_SETTINGS_PAGE_TITLE, language.texts));
-    EXPECT_EQ(user.Text(IDC_MARGIN_LABEL), TextOf(TextsFile(), IDS_MARGIN_LABEL, language.texts));
     const LONG top = PlaceOf(user.Find(IDC_WIDTH)).top;
     EXPECT_NEAR(top, PlaceOf(user.Find(IDC_LEFT)).top, 1) << "the margins stand where the size row was";
     ExpectTidy(page, dpi);
-    user.Select(IDC_PAPER, TextOf(TextsFile(), IDS_CUSTOM_PAPER, language.texts));
+    user.SelectIndex(IDC_PAPER, static_cast<int>(ListEntries(user, IDC_PAPER).size()) - 1);
     EXPECT_TRUE(user.Visible(IDC_WIDTH));
     ExpectTidy(page, dpi);
     ExpectMnemonicsOnce(user.Sheet().Window(), page);
@@ -137,28 +195,49 @@ void ExpectTidySettings(SheetUser& user, const Language& language, int dpi) {
     }
 }
 
-void ShowPages(const Language& language, int dpi) {
-    const HDC screen = GetDC(nullptr);
-    EXPECT_EQ(dpi, GetDeviceCaps(screen, LOGPIXELSX)) << "the process runs at another resolution";
-    ReleaseDC(nullptr, screen);
+void ShowPages(const Language& language, int dpi, const std::wstring& dll) {
     const ScratchRegistry registry;
     standins::spooler::SetUpPrinter({.name = driverhost::kDefaultPrinter});
-    HostedSheet host;
-    host.run.Add([&](SheetUser& user) { ExpectTidySettings(user, language, dpi); });
-    host.run.Add([](SheetUser& user) { user.ClickTab(2); });
+    HostedSheet host({}, {}, dll);
     host.run.Add([&](SheetUser& user) {
-        EXPECT_EQ(user.Sheet().TabText(2), TextOf(TextsFile(), IDS_OUTPUT_PAGE_TITLE, language.texts));
-        EXPECT_EQ(user.Text(IDC_BROWSE), TextOf(TextsFile(), IDS_BROWSE, language.texts));
+        ExpectTidySettings(user, dpi);
+        EXPECT_EQ(language.settings, Outline(user.Sheet().PageWindow(1)));
+        EXPECT_EQ(language.titles, Utf8(user.Sheet().TabText(1) + L"|" + user.Sheet().TabText(2)));
+        user.ClickTab(2);
+    });
+    host.run.Add([&](SheetUser& user) {
         ExpectTidy(user.Sheet().PageWindow(2), dpi);
+        EXPECT_EQ(language.output, Outline(user.Sheet().PageWindow(2)));
         user.ClickTab(0);
     });
     host.run.Add([&](SheetUser& user) {
         const HWND fonts = GetParent(user.Find(IDC_FONT_LIST));
-        EXPECT_EQ(user.Text(IDC_FONTS_ALL), language.allFonts);
         ExpectTidy(fonts, dpi);
         ExpectWithin(PlaceOf(fonts), PlaceOf(GetParent(fonts)));
+        EXPECT_EQ(language.fonts, Outline(fonts));
+        std::wstring methods;
+        for (const int list : {IDC_ICM_METHOD, IDC_ICM_INTENT}) {
+            for (const std::wstring& entry : ListEntries(user, list))
+                methods += entry + L"|";
+        }
+        EXPECT_EQ(language.methods, Utf8(methods));
     });
     host.run.Show();
+}
+
+void ShowAllPages(int dpi) {
+    const HDC screen = GetDC(nullptr);
+    EXPECT_EQ(dpi, GetDeviceCaps(screen, LOGPIXELSX)) << "the process runs at another resolution";
+    ReleaseDC(nullptr, screen);
+    ShowPages(Expected(), dpi, BesideExe(L"KZPWriterUI.dll"));
+
+    // Without the resource module the two pages speak English, and the dialog in the driver's page what it
+    // brings.
+    const TemporaryFolder alone;
+    Language own = kSpoken[2];
+    own.fonts = Expected().fonts;
+    own.methods = "|||||||";
+    ShowPages(own, dpi, alone.Take(L"KZPWriterUI.dll"));
 }
 
 constexpr char kDpi[] = "KZP_TEST_DPI";
@@ -181,8 +260,7 @@ class Resolution {
 
 TEST(Pages, ReadWell) {
     if (const char* const dpi = ProgramCopy::IsCopy() ? std::getenv(kDpi) : nullptr)
-        return ShowPages(Expected(), std::atoi(dpi));
-    EXPECT_EQ(LanguagesOf(PluginFile(), RT_DIALOG, IDD_ADVANCED).size(), std::size(kSpoken));
+        return ShowAllPages(std::atoi(dpi));
     for (const int tried : {96, 120, 144}) {
         SCOPED_TRACE(tried);
         const Resolution resolution(static_cast<DWORD>(tried));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <shlobj.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -33,6 +34,15 @@ std::wstring TemporaryFolder::Take(const std::wstring& name, const std::wstring&
     std::wstring target = File(as.empty() ? name : as);
     EXPECT_TRUE(CopyFileW(BesideExe(name).c_str(), target.c_str(), FALSE)) << GetLastError();
     return target;
+}
+
+std::wstring TemporaryFolder::Deep(size_t length) const {
+    std::wstring path = m_path;
+    while (path.size() < length) {
+        path += L"\\" + std::wstring(std::min<size_t>(100, length - path.size() - 1), L'x');
+        CreateDirectoryW((L"\\\\?\\" + path).c_str(), nullptr);
+    }
+    return path;
 }
 
 std::wstring DocumentsFolder() {

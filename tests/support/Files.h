@@ -25,6 +25,9 @@ class TemporaryFolder {
     // path.
     std::wstring Take(const std::wstring& name, const std::wstring& as = {}) const;
 
+    // A folder in it whose path has that many characters.
+    std::wstring Deep(size_t length) const;
+
   private:
     std::wstring m_path;
 };

@@ -6,12 +6,13 @@
 #include "tools/standins/common/Journal.h"
 #include "tools/standins/helpcontrol/HelpRecords.h"
 
-extern "C" HWND WINAPI HtmlHelpW(HWND, LPCWSTR address, UINT command, DWORD_PTR) {
+extern "C" HWND WINAPI HtmlHelpW(HWND caller, LPCWSTR address, UINT command, DWORD_PTR data) {
     using namespace kzp::standins;
     try {
-        // The command first: an address may hold any character.
+        // The address last: it may hold any character.
         Journal(HKEY_CURRENT_USER, help::kCallsKey)
-            .Append(std::to_wstring(command) + L" " + (address ? address : L""));
+            .Append(std::wstring(caller ? L"owner " : L"") + L"command " + std::to_wstring(command) +
+                    (data ? L" data " : L" ") + (address ? address : L""));
     } catch (const std::bad_alloc&) {
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     }

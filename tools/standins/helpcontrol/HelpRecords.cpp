@@ -1,20 +1,12 @@
 #include "tools/standins/helpcontrol/HelpRecords.h"
 
-#include <cwchar>
-
 #include "tools/standins/common/Journal.h"
 #include "tools/standins/common/Registry.h"
 
 namespace kzp::standins::help {
 
-std::vector<Call> Calls() {
-    std::vector<Call> calls;
-    for (const std::wstring& entry : Journal(HKEY_CURRENT_USER, kCallsKey).Read()) {
-        const size_t space = entry.find(L' ');
-        calls.push_back({entry.substr(space + 1),
-                         static_cast<UINT>(std::wcstoul(entry.substr(0, space).c_str(), nullptr, 10))});
-    }
-    return calls;
+std::vector<std::wstring> Calls() {
+    return Journal(HKEY_CURRENT_USER, kCallsKey).Read();
 }
 
 void ForgetCalls() {

@@ -16,12 +16,9 @@ inline constexpr wchar_t kCallsKey[] = L"Software\\KZP Stand-ins\\HelpControl";
 // Below HKEY_CLASSES_ROOT: the default value is the path of the platform's help control.
 inline constexpr wchar_t kControlKey[] = L"CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\\InprocServer32";
 
-struct Call {
-    std::wstring address;
-    UINT command = 0;
-};
-
-std::vector<Call> Calls();  // oldest first
+// Each call as "command 0 ADDRESS", with "owner " before it when a window was given and "data " before the
+// address when data was; oldest first.
+std::vector<std::wstring> Calls();
 void ForgetCalls();
 
 // Registers `path` (full path of the stand-in, or of nothing at all) as the platform's help control for as
