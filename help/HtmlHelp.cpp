@@ -5,11 +5,16 @@
 
 namespace kzp {
 
-constinit HelpControl g_helpControl;
-
 namespace {
 
-using HtmlHelpEntry = decltype(HelpControl::entry);
+using HtmlHelpEntry = HWND(WINAPI*)(HWND, LPCWSTR, UINT, DWORD_PTR);
+
+// What was found at the first call.
+struct HelpControl {
+    HtmlHelpEntry entry = nullptr;
+    bool missing = false;
+};
+constinit HelpControl g_helpControl;
 
 constexpr wchar_t kControlKey[] = L"CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\\InprocServer32";
 constexpr wchar_t kControlName[] = L"hhctrl.ocx";

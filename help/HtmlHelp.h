@@ -7,13 +7,6 @@ namespace kzp {
 
 inline constexpr UINT HH_DISPLAY_TOPIC = 0x0000;
 
-// What was found at the first call.
-struct HelpControl {
-    HWND(WINAPI* entry)(HWND, LPCWSTR, UINT, DWORD_PTR) = nullptr;
-    bool missing = false;
-};
-extern HelpControl g_helpControl;
-
 // Calls the control's entry in the "hhctrl.ocx" that the machine registered, or in one found by name. Null
 // when there is none; the failure is remembered, and later calls answer null at once. The control stays
 // loaded.

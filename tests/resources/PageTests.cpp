@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <prsht.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -195,13 +196,40 @@ void ExpectTidySettings(SheetUser& user, int dpi) {
     }
 }
 
-void ShowPages(const Language& language, int dpi, const std::wstring& dll) {
+// What pages are told about their titles.
+class Titles {
+  public:
+    Titles() : m_hook(SetWindowsHookExW(WH_CALLWNDPROC, Hook, nullptr, GetCurrentThreadId())) {
+        g_told.clear();
+    }
+    ~Titles() { UnhookWindowsHookEx(m_hook); }
+    Titles(const Titles&) = delete;
+    Titles& operator=(const Titles&) = delete;
+
+    std::string Told() const { return Utf8(g_told); }
+
+  private:
+    static LRESULT CALLBACK Hook(int code, WPARAM wParam, LPARAM lParam) {
+        const auto& sent = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+        if (sent.message == PSM_SETTITLEW && sent.wParam == 1 && IsOf(L"#32770", sent.hwnd) &&
+            (GetWindowLongW(sent.hwnd, GWL_STYLE) & WS_CHILD))
+            g_told +=
+                (g_told.empty() ? L"" : L"|") + std::wstring(reinterpret_cast<const wchar_t*>(sent.lParam));
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+    static inline std::wstring g_told;
+    HHOOK m_hook;
+};
+
+void ShowPages(const Language& language, const char* told, int dpi, const std::wstring& dll) {
     const ScratchRegistry registry;
     standins::spooler::SetUpPrinter({.name = driverhost::kDefaultPrinter});
+    const Titles titles;
     HostedSheet host({}, {}, dll);
     host.run.Add([&](SheetUser& user) {
         ExpectTidySettings(user, dpi);
         EXPECT_EQ(language.settings, Outline(user.Sheet().PageWindow(1)));
+        EXPECT_EQ(told, titles.Told());
         EXPECT_EQ(language.titles, Utf8(user.Sheet().TabText(1) + L"|" + user.Sheet().TabText(2)));
         user.ClickTab(2);
     });
@@ -229,7 +257,7 @@ void ShowAllPages(int dpi) {
     const HDC screen = GetDC(nullptr);
     EXPECT_EQ(dpi, GetDeviceCaps(screen, LOGPIXELSX)) << "the process runs at another resolution";
     ReleaseDC(nullptr, screen);
-    ShowPages(Expected(), dpi, BesideExe(L"KZPWriterUI.dll"));
+    ShowPages(Expected(), Expected().titles, dpi, BesideExe(L"KZPWriterUI.dll"));
 
     // Without the resource module the two pages speak English, and the dialog in the driver's page what it
     // brings.
@@ -237,7 +265,7 @@ void ShowAllPages(int dpi) {
     Language own = kSpoken[2];
     own.fonts = Expected().fonts;
     own.methods = "|||||||";
-    ShowPages(own, dpi, alone.Take(L"KZPWriterUI.dll"));
+    ShowPages(own, "", dpi, alone.Take(L"KZPWriterUI.dll"));
 }
 
 constexpr char kDpi[] = "KZP_TEST_DPI";
