@@ -58,6 +58,11 @@ target_link_options(KZPWriterUI PRIVATE
   -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
 target_link_libraries(KZPWriterUI PRIVATE ${KZP_LIBRARIES})
 
+add_custom_command(TARGET KZPWriterUI POST_BUILD
+  COMMAND ${CMAKE_COMMAND} -DMAP=${CMAKE_CURRENT_BINARY_DIR}/KZPWriterUI.map
+    -P ${CMAKE_SOURCE_DIR}/cmake/CheckRunTime.cmake
+  VERBATIM)
+
 # The resource module holds no code: no start files, no entry point, resources alone.
 add_library(KZPWriterRes SHARED resources/KZPWriterRes.rc)
 set_target_properties(KZPWriterRes PROPERTIES PREFIX "" LINKER_LANGUAGE CXX)

@@ -1,5 +1,8 @@
-// What of the C++ run-time's own machinery the plug-in does without. Every program that prints maps the DLL,
-// and these pieces are half of what the run-time would add to it.
+// What of the C++ run-time's own machinery the plug-in does without, with GCC 12 to 14. Every program that
+// prints maps the DLL, and these pieces are more than half of what the run-time would add to it. The linker
+// takes a piece of the library only for a name that it has not met yet, so what stands here keeps the
+// library's own out; should another release bring it in all the same, the build ends in
+// cmake/CheckRunTime.cmake or with a name that is defined twice.
 #include <atomic>
 #include <cstddef>
 #include <cstdlib>
@@ -7,6 +10,7 @@
 #include <exception>
 #include <iterator>
 #include <new>
+#include <string>
 
 #include <bits/functexcept.h>
 #include <cxxabi.h>
@@ -27,9 +31,6 @@ void __verbose_terminate_handler() {
 
 // Its functions that throw for the containers stand in one object file with everything that the library ever
 // throws, streams and locales included: 60 KB. Containers here fail for one reason, so one exception serves.
-// Another release may split these functions differently; then the library's own are taken, which work just as
-// well.
-#if _GLIBCXX_RELEASE == 12
 namespace std {
 
 void __throw_length_error(const char*) {
@@ -54,9 +55,18 @@ void __throw_bad_array_new_length() {
 
 }  // namespace std
 
+// What std::wstring needs when a text is replaced by a part of itself. From GCC 13 on it is not compiled
+// where it is used but taken from the library, where it stands in one object file with every other member: 20
+// KB. This is the library's template, compiled here.
+#if _GLIBCXX_RELEASE >= 13
+template void std::wstring::_M_replace_cold(wchar_t*, size_type, const wchar_t*, const size_type,
+                                            const size_type);
+#endif
+
 // Its reserve for exceptions thrown when memory is short is taken while the DLL loads, 72 KB and a semaphore
 // in every process that prints, and not given back when the DLL goes. This one is plain data, and smaller:
-// what is thrown here is small and caught at once.
+// what is thrown here is small and caught at once. Nothing else gives out or takes back such blocks, but for
+// std::exception_ptr, which is not used.
 namespace {
 
 // The library's record in front of the thrown object, with room to spare.
@@ -112,6 +122,5 @@ void __cxa_free_exception(void* object) noexcept {
 }
 
 }  // namespace __cxxabiv1
-#endif
 
 // NOLINTEND(bugprone-reserved-identifier)
