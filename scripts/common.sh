@@ -35,7 +35,7 @@ need_build_packages() { need_packages cmake ninja-build g++-mingw-w64-x86-64 fp-
 
 need_run_packages() { need_packages wine wine64 xvfb xauth fonts-wine procps; }
 
-need_test_packages() { need_packages googletest clang-format msitools wixl; }
+need_test_packages() { need_packages googletest clang-format-19 msitools wixl; }
 
 # logged LOG COMMAND...: runs with the output in LOG; shows its end when it fails.
 logged() {

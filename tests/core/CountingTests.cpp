@@ -107,8 +107,8 @@ TEST_F(Counting, ServerLocksAloneKeepTheDllLoaded) {
     bool more = true;
     for (int instruction = 1; more; ++instruction) {
         factory->LockServer(TRUE);
-        more = Interleave(
-            instruction, [&] { factory->LockServer(TRUE); }, [&] { factory->LockServer(FALSE); });
+        more =
+            Interleave(instruction, [&] { factory->LockServer(TRUE); }, [&] { factory->LockServer(FALSE); });
         EXPECT_EQ(S_FALSE, dll.CanUnloadNow()) << "before instruction " << instruction;
         factory->LockServer(FALSE);
         EXPECT_EQ(S_OK, dll.CanUnloadNow()) << "before instruction " << instruction;

@@ -118,10 +118,7 @@ TEST_F(Folders, ThatAreListedAreOnlySelected) {
 TEST_F(Folders, OfTwoAddedBeforeACommitOnlyTheSecondIsKept) {
     StoreHistory(2);
     Show({Browse(all[4]), Browse(all[5]),
-          [&](SheetUser& user) {
-              EXPECT_EQ((Names{all[0], all[1], all[4], all[5]}), Listed(user));
-          },
-          Ok});
+          [&](SheetUser& user) { EXPECT_EQ((Names{all[0], all[1], all[4], all[5]}), Listed(user)); }, Ok});
     EXPECT_EQ(History({all[0], all[1], all[5]}), Stored(L"PathDirs"));
 }
 

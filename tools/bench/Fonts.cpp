@@ -131,8 +131,7 @@ void MeasureFonts(Report& report) {
         report.Add(what, {Median(manyTimes), Median(fewTimes), Median(ratios)}, kLimit);
     };
     const auto open = [&](const std::vector<std::wstring>& families) { page.Open(families); };
-    measure(
-        "opening the dialog", [](const auto&) {}, open);
+    measure("opening the dialog", [](const auto&) {}, open);
     measure("choosing all fonts", open, [&](const auto&) { page.Choose(IDC_FONTS_ALL); });
     measure("storing the chosen fonts", open, [&](const auto&) { page.Commit(); });
 }

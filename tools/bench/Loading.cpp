@@ -42,13 +42,10 @@ void MeasureLoading(Report& report) {
     const ShownWindow window;
     const std::wstring empty = test::BesideExe(L"empty.dll");
     report.Add("load, create, release, unload",
-               Compare(
-                   kRounds, kLimit, LoadCreateRelease, [&] { LoadEmpty(empty); }, [] {}),
-               kLimit);
+               Compare(kRounds, kLimit, LoadCreateRelease, [&] { LoadEmpty(empty); }, [] {}), kLimit);
     const test::PlugInDll loaded;
     report.Add("the same while it is loaded already",
-               Compare(
-                   kRounds, kLimit, LoadCreateRelease, [&] { LoadEmpty(empty); }, [] {}));
+               Compare(kRounds, kLimit, LoadCreateRelease, [&] { LoadEmpty(empty); }, [] {}));
 }
 
 }  // namespace kzp::bench

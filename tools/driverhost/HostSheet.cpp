@@ -2,8 +2,8 @@
 
 #include <commctrl.h>
 
-#include "tools/driverhost/KeyQueue.h"
 #include "tools/driverhost/DriverPage.h"
+#include "tools/driverhost/KeyQueue.h"
 #include "tools/driverhost/Text.h"
 
 namespace driverhost {

@@ -34,15 +34,13 @@ DWORD AnswerNoted(const wchar_t* function, Note note, Body body) {
 
 template <class Body>
 DWORD Answer(const wchar_t* function, Body body) {
-    return AnswerNoted(
-        function, [] {}, body);
+    return AnswerNoted(function, [] {}, body);
 }
 
 // For a call that changes something; `subject` (may be null) is the argument to be logged.
 template <class Body>
 DWORD AnswerChange(const wchar_t* function, const wchar_t* subject, Body body) {
-    return AnswerNoted(
-        function, [&] { LogCall(function, subject); }, body);
+    return AnswerNoted(function, [&] { LogCall(function, subject); }, body);
 }
 
 // For the calls that answer TRUE, or FALSE with the last error set.

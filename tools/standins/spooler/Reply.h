@@ -20,12 +20,12 @@ class Reply {
     void Add(const Info& info) { m_infos.push_back(info); }
 
     template <class Pointer>
-    void Text(Pointer Info::*member, const std::wstring& text) {
+    void Text(Pointer Info::* member, const std::wstring& text) {
         Attach(member, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
     }
     // Without a block the member becomes null.
     template <class Pointer>
-    void Block(Pointer Info::*member, const std::vector<BYTE>& block) {
+    void Block(Pointer Info::* member, const std::vector<BYTE>& block) {
         m_infos.back().*member = nullptr;
         if (!block.empty())
             Attach(member, block.data(), block.size());
@@ -68,7 +68,7 @@ class Reply {
     };
 
     template <class Pointer>
-    void Attach(Pointer Info::*member, const void* data, size_t size) {
+    void Attach(Pointer Info::* member, const void* data, size_t size) {
         Info& info = m_infos.back();
         const auto offset = reinterpret_cast<BYTE*>(&(info.*member)) - reinterpret_cast<BYTE*>(&info);
         std::vector<BYTE> bytes((size + 1) & ~size_t{1});

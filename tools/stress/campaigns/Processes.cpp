@@ -65,8 +65,7 @@ void ExpectWholeValues(Run& run) {
 
 void ExpectSheetOpens(Run& run) {
     HostedSheet host;
-    const auto closed = PlaySheet(
-        host, [](driverhost::SheetUser&) {}, Ending::kCancel);
+    const auto closed = PlaySheet(host, [](driverhost::SheetUser&) {}, Ending::kCancel);
     run.Expect(closed == CPSUI_CANCEL, L"a fresh sheet does not open");
 }
 
