@@ -7,7 +7,8 @@ include(${CMAKE_CURRENT_LIST_DIR}/mingw-w64.cmake)
 set(KZP_LINKER_DRIVER ${CMAKE_CXX_COMPILER})
 set(CMAKE_CXX_COMPILER clang++)
 set(CMAKE_CXX_COMPILER_TARGET ${KZP_TARGET_TRIPLE})
-set(kzp_headers /usr/lib/gcc/${KZP_TARGET_TRIPLE}/12-${KZP_THREAD_MODEL}/include/c++)
+execute_process(COMMAND ${KZP_LINKER_DRIVER} -print-file-name=include/c++
+  OUTPUT_VARIABLE kzp_headers OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 set(CMAKE_CXX_FLAGS_INIT
   "-nostdinc++ -isystem ${kzp_headers} -isystem ${kzp_headers}/${KZP_TARGET_TRIPLE}")
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
