@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+#include "tests/support/Counters.h"
+
 namespace kzp::test {
 
 namespace {
@@ -61,7 +63,9 @@ void FontsDialog::Open(LONG fonts, LONG intent, LONG method, std::optional<DWORD
     own = Window(L"STATIC", WS_CHILD | WS_VISIBLE, page);
     for (const HWND parent : {own, page})
         Window(L"BUTTON", WS_CHILD | WS_VISIBLE, parent);
+    const size_t blocks = CountHeapBlocks(session->UIParam().hOEMHeap);
     session->TellCallback(CPSUICB_REASON_SETACTIVE, page);
+    EXPECT_EQ(blocks, CountHeapBlocks(session->UIParam().hOEMHeap)) << "texts are given back";
     dialog = FindWindowExW(page, nullptr, L"#32770", nullptr);
 }
 

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "tests/support/Counters.h"
+
 namespace kzp::test {
 namespace {
 
@@ -223,6 +225,34 @@ TEST_F(FontsDialog, WithoutADialogTheCommitKeepsWhatIsStored) {
         Commit();
         EXPECT_EQ(kept, StoredNames()) << "nor does a dialog that is gone";
     }
+}
+
+int g_devices = 0;
+
+int WINAPI CountRelease(HWND window, HDC device) {
+    --g_devices;
+    return ReleaseDC(window, device);
+}
+
+HDC WINAPI CountDevice(HWND window) {
+    ++g_devices;
+    return GetDC(window);
+}
+
+TEST_F(FontsDialog, LeavesNothingBehind) {
+    const ImportPatch get(plugIn.Module(), "GetDC", AddressOf(&CountDevice));
+    const ImportPatch release(plugIn.Module(), "ReleaseDC", AddressOf(&CountRelease));
+    Install({L"Alpha"});
+    constexpr size_t kRounds = 16;
+    size_t blocks = 0;
+    for (size_t round = 0; round < 2 * kRounds; ++round) {
+        Open();
+        Close();
+        if (round == kRounds - 1)
+            blocks = CountHeapBlocks();
+    }
+    EXPECT_LT(CountHeapBlocks(), blocks + kRounds);
+    EXPECT_EQ(0, g_devices);
 }
 
 }  // namespace
