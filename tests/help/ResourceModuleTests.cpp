@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
 
 #include "resources/resource.h"
@@ -113,6 +115,16 @@ TEST_F(ResourceModule, CutShortIsNotUsedOrGivesWholeTexts) {
     constexpr UINT kTexts[] = {IDS_USER_LOCATION, IDS_INVALID_SIZE_TEXT, IDS_GET_PRINTER_FAILED};
     constexpr size_t kPage = 4096;
     const std::filesystem::path module = folder.Take(L"KZPWriterRes.dll");
+    std::ostringstream content;
+    content << std::ifstream(module, std::ios::binary).rdbuf();
+    std::string bytes = content.str();
+    auto* const nt = reinterpret_cast<IMAGE_NT_HEADERS*>(
+        bytes.data() + reinterpret_cast<const IMAGE_DOS_HEADER*>(bytes.data())->e_lfanew);
+    IMAGE_FIRST_SECTION(nt)[nt->FileHeader.NumberOfSections - 1].SizeOfRawData += kPage;
+    WriteFileText(module, bytes);
+    EXPECT_EQ(nullptr, AcquireResModule(alone.Get())) << "its last section alone is not whole";
+
+    folder.Take(L"KZPWriterRes.dll");
     const auto whole = std::filesystem::file_size(module);
     for (auto cut = whole; cut > 512; cut -= 512) {
         std::filesystem::resize_file(module, cut);
