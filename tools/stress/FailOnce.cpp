@@ -1,90 +1,54 @@
 #include "tools/stress/FailOnce.h"
 
-#include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <cstring>
-#include <iterator>
+#include <string_view>
 
-namespace stress {
+namespace kzp::stress {
 
 namespace {
 
-constexpr ULONG_PTR kMinusOne = ~ULONG_PTR{0};
+bool IsOneOf(std::string_view list, const std::string& function) {
+    return list.find(" " + function + " ") != std::string_view::npos;
+}
 
-struct Refusal {
-    const char* function;
-    ULONG_PTR answer;
-};
+constexpr std::string_view kAnswerMinusOne =
+    " CreateFileW FindFirstFileW CreateToolhelp32Snapshot SendMessageW SendDlgItemMessageW _vsnwprintf "
+    "_wchdir ";
 
-// What is not listed answers 0: FALSE, a null handle, no characters. Functions without a result do nothing.
-constexpr Refusal kRefusals[] = {
-    {"CreateFileW", kMinusOne},
-    {"FindFirstFileW", kMinusOne},
-    {"CreateToolhelp32Snapshot", kMinusOne},
-    {"SendMessageW", kMinusOne},  // CB_ERR, LB_ERR
-    {"SendDlgItemMessageW", kMinusOne},
-    {"_vsnwprintf", kMinusOne},
-    {"_wchdir", kMinusOne},
-    {"_fcvt_s", ERANGE},
-    {"GetPrinterDataW", ERROR_NOT_ENOUGH_MEMORY},
-    {"SetPrinterDataW", ERROR_NOT_ENOUGH_MEMORY},
-    {"RegCloseKey", ERROR_NOT_ENOUGH_MEMORY},
-    {"RegCreateKeyExW", ERROR_NOT_ENOUGH_MEMORY},
-    {"RegOpenKeyExW", ERROR_NOT_ENOUGH_MEMORY},
-    {"RegQueryValueExW", ERROR_NOT_ENOUGH_MEMORY},
-    {"RegSetValueExW", ERROR_NOT_ENOUGH_MEMORY},
-};
+// Of the run-time, which works on memory alone, these can fail.
+constexpr std::string_view kRunTime = " malloc calloc realloc _vsnwprintf _wchdir _fcvt_s ";
 
-constexpr const char* kFallible[] = {"malloc", "calloc", "realloc", "_vsnwprintf", "_wchdir", "_fcvt_s"};
+// What cannot fail, the run-time's locks, and how it starts and throws.
+constexpr std::string_view kSpared =
+    " GetLastError SetLastError GetCurrentProcessId GetCurrentThreadId GetProcessHeap lstrcmpiW wsprintfA "
+    "wsprintfW Sleep EnterCriticalSection LeaveCriticalSection InitializeCriticalSection "
+    "DeleteCriticalSection "
+    "CreateSemaphoreW ReleaseSemaphore WaitForSingleObject VirtualProtect VirtualQuery RaiseException ";
 
-struct Spared {
-    const char* function;
-    const char* why;
-};
+// Otherwise 0: FALSE, a null handle, no characters. Functions without a result do nothing.
+ULONG_PTR AnswerOf(const std::string& function) {
+    const bool answersCode =
+        function.starts_with("Reg") || function.ends_with("PrinterDataW") || function == "_fcvt_s";
+    return IsOneOf(kAnswerMinusOne, function) ? ~ULONG_PTR{0} : answersCode ? ERROR_NOT_ENOUGH_MEMORY : 0;
+}
 
-constexpr Spared kSpared[] = {
-    {"GetLastError", "cannot fail"},
-    {"SetLastError", "cannot fail"},
-    {"GetCurrentProcessId", "cannot fail"},
-    {"GetCurrentThreadId", "cannot fail"},
-    {"GetProcessHeap", "cannot fail"},
-    {"lstrcmpiW", "compares"},
-    {"wsprintfA", "formats one number"},
-    {"wsprintfW", "formats one number"},
-    {"Sleep", "cannot fail"},
-    {"RaiseException", "how the run-time throws"},
-    {"RtlCaptureContext", "how the run-time throws"},
-    {"RtlLookupFunctionEntry", "how the run-time throws"},
-    {"RtlUnwindEx", "how the run-time throws"},
-    {"RtlVirtualUnwind", "how the run-time throws"},
-    {"VirtualProtect", "the run-time's start"},
-    {"VirtualQuery", "the run-time's start"},
-    {"EnterCriticalSection", "the run-time's locks"},
-    {"LeaveCriticalSection", "the run-time's locks"},
-    {"InitializeCriticalSection", "the run-time's locks"},
-    {"DeleteCriticalSection", "the run-time's locks"},
-    {"CreateSemaphoreW", "the run-time's locks"},
-    {"ReleaseSemaphore", "the run-time's locks"},
-    {"WaitForSingleObject", "the run-time's locks"},
-    {"TlsAlloc", "the run-time's thread data"},
-    {"TlsFree", "the run-time's thread data"},
-    {"TlsGetValue", "the run-time's thread data"},
-    {"TlsSetValue", "the run-time's thread data"},
-};
+bool IsFallible(const test::Import& import) {
+    if (_stricmp(import.dll.c_str(), "msvcrt.dll") == 0)
+        return IsOneOf(kRunTime, import.function);
+    return !IsOneOf(kSpared, import.function) && !import.function.starts_with("Rtl") &&
+           !import.function.starts_with("Tls");
+}
 
 }  // namespace
 
-const char* WhySpared(const Import& import) {
-    const auto named = std::find_if(std::begin(kSpared), std::end(kSpared),
-                                    [&](const Spared& spared) { return import.function == spared.function; });
-    if (named != std::end(kSpared))
-        return named->why;
-    if (_stricmp(import.dll.c_str(), "msvcrt.dll") != 0)
-        return nullptr;
-    const bool fallible = std::any_of(std::begin(kFallible), std::end(kFallible),
-                                      [&](const char* function) { return import.function == function; });
-    return fallible ? nullptr : "works on memory alone";
+std::vector<std::string> FallibleImports(HMODULE module) {
+    std::vector<std::string> functions;
+    for (const test::Import& import : test::ImportsOf(module)) {
+        if (IsFallible(import))
+            functions.push_back(import.function);
+    }
+    return functions;
 }
 
 // Code that counts the call, and goes on to the function or to Refuse, with the caller's frame as it is:
@@ -97,40 +61,33 @@ struct FailOnce::Thunk {
     ULONG_PTR answer;
 };
 
-FailOnce::FailOnce(HMODULE module, const std::string& function, LONG64 call)
+FailOnce::FailOnce(HMODULE module, const std::string& function, int call)
     : m_thunk(static_cast<Thunk*>(
           VirtualAlloc(nullptr, sizeof(Thunk), MEM_RESERVE | MEM_COMMIT, PAGE_EXECUTE_READWRITE))),
       m_patch(module, function.c_str(), m_thunk->code) {
-    static_assert(offsetof(Thunk, refused) == offsetof(Thunk, calls) + 8);
-    static_assert(offsetof(Thunk, original) == offsetof(Thunk, calls) + 16);
+    static_assert(offsetof(Thunk, calls) == 64 && offsetof(Thunk, refused) == 72 &&
+                  offsetof(Thunk, original) == 80);
     m_thunk->refused = call;
     m_thunk->original = m_patch.Original<void*>();
-    const auto listed = std::find_if(std::begin(kRefusals), std::end(kRefusals),
-                                     [&](const Refusal& refusal) { return function == refusal.function; });
-    m_thunk->answer = listed == std::end(kRefusals) ? 0 : listed->answer;
-
-    BYTE* at = m_thunk->code;
-    const auto emit = [&](std::initializer_list<BYTE> bytes) {
-        at = std::copy(bytes.begin(), bytes.end(), at);
+    m_thunk->answer = AnswerOf(function);
+    constexpr BYTE kCode[] = {
+        0x49, 0xBA, 0,    0,    0,    0,  0, 0, 0, 0,  // mov r10, thunk
+        0x41, 0xBB, 1,    0,    0,    0,               // mov r11d, 1
+        0xF0, 0x4D, 0x0F, 0xC1, 0x5A, 64,              // lock xadd [r10+calls], r11
+        0x49, 0xFF, 0xC3,                              // inc r11
+        0x4D, 0x3B, 0x5A, 72,                          // cmp r11, [r10+refused]
+        0x74, 0x04,                                    // je behind the jump
+        0x41, 0xFF, 0x62, 80,                          // jmp [r10+original]
+        0x4C, 0x89, 0xD1,                              // mov rcx, r10
+        0x48, 0xB8, 0,    0,    0,    0,  0, 0, 0, 0,  // mov rax, Refuse
+        0xFF, 0xE0,                                    // jmp rax
     };
-    const auto emitAddress = [&](const void* address) {
-        std::memcpy(at, &address, sizeof address);
-        at += sizeof address;
-    };
-    const volatile LONG64* const calls = &m_thunk->calls;
-    emit({0x49, 0xBA});  // mov r10, calls
-    emitAddress(const_cast<const LONG64*>(calls));
-    emit({0x41, 0xBB, 0x01, 0x00, 0x00, 0x00});  // mov r11d, 1
-    emit({0xF0, 0x4D, 0x0F, 0xC1, 0x1A});        // lock xadd [r10], r11
-    emit({0x49, 0xFF, 0xC3});                    // inc r11
-    emit({0x4D, 0x3B, 0x5A, 0x08});              // cmp r11, [r10+8]
-    emit({0x74, 0x04});                          // je behind the jump
-    emit({0x41, 0xFF, 0x62, 0x10});              // jmp [r10+16]
-    emit({0x48, 0xB9});                          // mov rcx, thunk
-    emitAddress(m_thunk.get());
-    emit({0x48, 0xB8});  // mov rax, Refuse
-    emitAddress(kzp::test::AddressOf(Refuse));
-    emit({0xFF, 0xE0});  // jmp rax
+    static_assert(sizeof kCode <= sizeof m_thunk->code);
+    const void* const thunk = m_thunk.get();
+    const void* const refuse = test::AddressOf(Refuse);
+    std::memcpy(m_thunk->code, kCode, sizeof kCode);
+    std::memcpy(m_thunk->code + 2, &thunk, sizeof thunk);
+    std::memcpy(m_thunk->code + sizeof kCode - 10, &refuse, sizeof refuse);
 }
 
 ULONG_PTR FailOnce::Refuse(Thunk* thunk) {
@@ -138,8 +95,8 @@ ULONG_PTR FailOnce::Refuse(Thunk* thunk) {
     return thunk->answer;
 }
 
-LONG64 FailOnce::Calls() const {
-    return m_thunk->calls;
+int FailOnce::Calls() const {
+    return static_cast<int>(m_thunk->calls);
 }
 
-}  // namespace stress
+}  // namespace kzp::stress

@@ -5,23 +5,22 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "tests/support/ImportPatch.h"
 
-namespace stress {
+namespace kzp::stress {
 
-using kzp::test::Import;
-
-// Why a function is not refused; null for one that is.
-const char* WhySpared(const Import& import);
+// The imported functions that can fail.
+std::vector<std::string> FallibleImports(HMODULE module);
 
 // While it lives, the given call (counted from 1; 0: none) does not reach the function and answers what it
 // answers when it fails; the last error is then ERROR_NOT_ENOUGH_MEMORY.
 class FailOnce {
   public:
-    FailOnce(HMODULE module, const std::string& function, LONG64 call);
+    FailOnce(HMODULE module, const std::string& function, int call);
 
-    LONG64 Calls() const;
+    int Calls() const;
 
   private:
     struct Thunk;
@@ -31,7 +30,7 @@ class FailOnce {
     static ULONG_PTR Refuse(Thunk* thunk);
 
     std::unique_ptr<Thunk, FreePages> m_thunk;
-    kzp::test::ImportPatch m_patch;  // gone before the code that it leads to
+    test::ImportPatch m_patch;  // gone before the code that it leads to
 };
 
-}  // namespace stress
+}  // namespace kzp::stress

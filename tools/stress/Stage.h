@@ -1,0 +1,59 @@
+// What a campaign plays with: sheets that are used at random, a shell that starts nothing, the installer's
+// surroundings.
+#pragma once
+
+#include <vector>
+
+#include "tests/support/InstallerSession.h"
+#include "tests/support/SheetTest.h"
+#include "tests/support/SystemFolder.h"
+#include "tools/stress/Campaign.h"
+
+namespace kzp::stress {
+
+// While it lives, `plugIn` starts no program, opens no help window and browses for no folder: it is told that
+// it did.
+class QuietShell {
+  public:
+    explicit QuietShell(HMODULE plugIn);
+
+  private:
+    test::ImportPatch m_patch;
+};
+
+// What the installer's actions meet: an installer's session, the stand-ins in the system's folder, and no
+// waits.
+class InstallerStage {
+  public:
+    explicit InstallerStage(HMODULE plugIn);
+
+    // Installs and removes the printer.
+    void Play() const;
+
+  private:
+    HMODULE m_plugIn;
+    test::InstallerSession m_session;
+    test::SystemFolder m_system;
+    test::ImportPatch m_noWaits;
+};
+
+// Shows the sheet of `host`, has `edit` done in it, and presses OK; one that refuses is cancelled. False when
+// the host could not open it at all.
+bool PlaySheet(test::HostedSheet& host, const driverhost::SheetStep& edit);
+
+// Of the page, or of the dialog in it.
+std::vector<HWND> ControlsOf(HWND page);
+
+// Uses the control as a person could, with something made up for it; what cannot be used at the moment is
+// left alone.
+void Use(driverhost::SheetUser& user, HWND control, Dice& dice);
+
+void UseAnything(driverhost::SheetUser& user, Dice& dice);
+
+// One sheet in which everything is used: what the platform loads on first use is there when counting begins.
+void WarmUpSheets();
+
+// Numbers, letters, blanks, paths, over-long: what may come out of a keyboard, a clipboard or a registry.
+std::wstring RandomText(Dice& dice);
+
+}  // namespace kzp::stress
