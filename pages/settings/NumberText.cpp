@@ -3,35 +3,19 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
+
+#include "support/Decimal.h"
 
 namespace kzp {
 
 namespace {
 
-constexpr int kDecimals = 2;
+constexpr size_t kDecimals = 2;
 constexpr double kSpinStep = 0.05;
 
 bool IsDigit(int character) {
     return character >= '0' && character <= '9';
-}
-
-// The digits of a rounded fixed-point number; the first `point` of them stand before the point, and a
-// negative `point` counts zeros that follow it.
-struct FixedDigits {
-    char digits[256] = "";
-    int point = 0;
-};
-
-FixedDigits DigitsOf(double value) {
-    FixedDigits fixed;
-    int sign = 0;  // deliberately not looked at: a negative value is shown without its minus sign
-    // The run-time ends the process over a number that does not fit its buffer.
-    if (!(std::fabs(value) <= FLT_MAX) ||
-        _fcvt_s(fixed.digits, sizeof fixed.digits, value, kDecimals, &fixed.point, &sign) != 0)
-        return {};
-    return fixed;
 }
 
 void WriteWhole(unsigned value, NumberText& text) {
@@ -45,18 +29,14 @@ double MillimetersPerUnit(DWORD unit) {
 }
 
 void FormatTwoDecimals(double value, NumberText& text) {
-    const FixedDigits fixed = DigitsOf(value);
-    const char* digit = fixed.digits;
+    // Without the sign, deliberately: a negative value is shown as a positive one.
+    char digits[kMostHundredthsDigits];
     wchar_t* out = text;
-    for (int left = fixed.point; left > 0 && *digit; --left)
-        *out++ = static_cast<wchar_t>(*digit++);
-    if (out == text)
-        *out++ = L'0';
-    *out++ = L'.';
-    // Counted, because run-times differ in how many digits they report for numbers next to nothing.
-    int zeros = std::max(0, -fixed.point);
-    for (int decimal = 0; decimal < kDecimals; ++decimal)
-        *out++ = zeros-- > 0 || !*digit ? L'0' : static_cast<wchar_t>(*digit++);
+    for (size_t left = HundredthsOf(value, digits); left-- > 0;) {
+        if (left == kDecimals - 1)
+            *out++ = L'.';
+        *out++ = static_cast<wchar_t>(digits[left]);
+    }
     out[0] = out[1] = L'\0';
 }
 
@@ -81,7 +61,7 @@ void ToAnsi(const wchar_t* text, AnsiNumberText& ansi) {
 }
 
 float ParseNumber(const char* text) {
-    return static_cast<float>(std::clamp<double>(std::atof(text), -FLT_MAX, FLT_MAX));
+    return static_cast<float>(std::clamp<double>(ReadDecimal(text), -FLT_MAX, FLT_MAX));
 }
 
 float ParseNumber(const wchar_t* text) {
@@ -121,19 +101,19 @@ bool IsValidNumber(const wchar_t* text, unsigned minimum) {
         else if (!IsDigit(*at) && !(*at == L'+' && at == text))
             return false;
     }
-    return _wtof(text) >= minimum;
+    return ReadDecimal(text) >= minimum;
 }
 
 void StepTextUp(const wchar_t* text, unsigned minimum, NumberText& stepped) {
     if (IsValidNumber(text, minimum))
-        FormatTwoDecimals(_wtof(text) + kSpinStep, stepped);
+        FormatTwoDecimals(ReadDecimal(text) + kSpinStep, stepped);
     else
         WriteWhole(minimum, stepped);
 }
 
 void StepTextDown(const wchar_t* text, unsigned minimum, NumberText& stepped) {
-    if (IsValidNumber(text, minimum) && _wtof(text) > minimum + kSpinStep)
-        FormatTwoDecimals(_wtof(text) - kSpinStep, stepped);
+    if (IsValidNumber(text, minimum) && ReadDecimal(text) > minimum + kSpinStep)
+        FormatTwoDecimals(ReadDecimal(text) - kSpinStep, stepped);
     else
         WriteWhole(minimum, stepped);
 }

@@ -1,4 +1,5 @@
 // Numbers as the settings page writes and reads them: pure functions on texts and values, without a window.
+// The point is a point in every language.
 #pragma once
 
 #include <windows.h>
@@ -19,8 +20,8 @@ inline constexpr DWORD kMillimeters = 1;
 // Millimetres of one page unit, for what the spooler and the private record hold in millimetres.
 double MillimetersPerUnit(DWORD unit);
 
-// Writes `value` with exactly two digits after the point, rounded, without the sign of a negative value; two
-// zeros end the text. What single precision cannot hold reads "0.00".
+// Writes `value` with exactly two digits after the point, rounded (a half away from zero), without the sign
+// of a negative value; two zeros end the text. What single precision cannot hold reads "0.00".
 void FormatTwoDecimals(double value, NumberText& text);
 
 // Rounds to two decimals, away from zero already from 0.45 of a hundredth on. The tolerance band is

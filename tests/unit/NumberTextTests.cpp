@@ -3,10 +3,13 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <clocale>
+#include <cstdlib>
 #include <cstring>
 #include <cwchar>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "pages/settings/NumberText.h"
 
@@ -30,6 +33,7 @@ TEST(NumbersAreWritten, WithTwoDecimalsAndNoSign) {
                  {0.05, L"0.05"},     {0.1, L"0.10"},
                  {0.996, L"1.00"},    {8.5, L"8.50"},
                  {99.999, L"100.00"}, {2147483.647, L"2147483.65"},
+                 {0.125, L"0.13"},    {1234.375, L"1234.38"},
                  {-3.25, L"3.25"},    {-0.05, L"0.05"}};
     for (const auto& [value, text] : cases)
         EXPECT_EQ(Formatted(value), text);
@@ -71,6 +75,47 @@ TEST(NumbersAreRead, WithoutLookAlikeDigitsAndNeverTooLarge) {
     EXPECT_EQ(ParseNumber(L"12x"), 12.0f);
     EXPECT_EQ(ParseNumber(L"\xFF11\xFF12"), 0.0f);
     EXPECT_EQ(ParseNumber(std::wstring(kNumberChars - 1, L'9').c_str()), FLT_MAX);
+}
+
+// In a program of another language the run-time's own functions would stop at the point.
+TEST(NumbersAreRead, AsTheRunTimeDoesInEnglishAndInEveryOtherLanguage) {
+    std::vector<std::string> texts = {"",     ".",    "..5",  "5.",    "+5",    "-5",  "+",    "e5",   "1e5",
+                                      "1d-2", "1e+",  "2E3x", "1e400", "1e-99", " 7",  "\t.5", "1 2",  "1,5",
+                                      "0x10", "1e--", "nan",  "inf",   "+-1",   "-.0", "1.e1", "08.50"};
+    for (const char* const digits : {"9", "0", "123456789"}) {
+        for (const size_t length : {9u, 17u, 18u, 30u, 120u, 258u}) {
+            std::string text;
+            while (text.size() < length)
+                text += digits;
+            texts.push_back(text.substr(0, length));
+            texts.push_back(text.substr(0, length / 2) + "." + text.substr(0, length / 2));
+            texts.push_back("." + text.substr(0, length));
+        }
+    }
+    // Half way between two values of single precision, and next to it; then of double precision.
+    for (const char* const tie :
+         {"16777217", "33554434.0", "1.000000059604644775390625", "9007199254740993"}) {
+        for (const char* const tail : {"", "00000000000000000000000", ".0000000000000000000001"})
+            texts.push_back(std::string(tie) + (std::strchr(tie, '.') && *tail == '.' ? tail + 1 : tail));
+    }
+    for (int hundredths = 0; hundredths <= 999999; ++hundredths) {
+        const std::string digits = std::to_string(hundredths + 100);
+        const size_t point = digits.size() - 2;
+        texts.push_back(std::to_string(hundredths / 100) + "." + digits.substr(point));
+    }
+    std::vector<float> expected;
+    for (const std::string& text : texts)
+        expected.push_back(
+            static_cast<float>(std::clamp<double>(std::atof(text.c_str()), -FLT_MAX, FLT_MAX)));
+    ASSERT_NE(nullptr, std::setlocale(LC_ALL, "German_Germany.1252"));
+    ASSERT_EQ(8.0, std::atof("8.50"));
+    for (size_t each = 0; each < texts.size(); ++each)
+        ASSERT_EQ(expected[each], ParseNumber(texts[each].c_str())) << texts[each];
+    NumberText stepped;
+    StepTextUp(L"8.50", 0, stepped);
+    EXPECT_STREQ(stepped, L"8.55");
+    EXPECT_FALSE(IsValidNumber(L"1.99", 2));
+    std::setlocale(LC_ALL, "C");
 }
 
 TEST(NumbersAreChecked, CharacterByCharacterAndAgainstTheMinimum) {

@@ -78,6 +78,13 @@ int lstrcmpiW(PCWSTR left, PCWSTR right) {
     return lower(*left) - lower(*right);
 }
 
+int CompareStringOrdinal(PCWSTR left, int leftLength, PCWSTR right, int rightLength, BOOL) {
+    const std::wstring one(left, static_cast<std::size_t>(leftLength));
+    const std::wstring other(right, static_cast<std::size_t>(rightLength));
+    return (lstrcmpiW(one.c_str(), other.c_str()) > 0) - (lstrcmpiW(one.c_str(), other.c_str()) < 0) +
+           CSTR_EQUAL;
+}
+
 // Only ever "%u".
 int wsprintfW(PWSTR text, PCWSTR format, ...) {
     va_list arguments;
@@ -86,40 +93,6 @@ int wsprintfW(PWSTR text, PCWSTR format, ...) {
     va_end(arguments);
     *std::copy(digits.begin(), digits.end(), text) = L'\0';
     return static_cast<int>(digits.size());
-}
-
-double _wtof(PCWSTR text) {
-    std::string narrow;
-    for (; *text; ++text)
-        narrow += static_cast<char>(*text < 0x80 ? *text : '?');
-    return std::atof(narrow.c_str());
-}
-
-// As the Windows run-time: rounded digits without a point, none for what rounds to nothing before the
-// decimals.
-int _fcvt_s(char* digits, size_t room, double value, int decimals, int* point, int* sign) {
-    char text[512];
-    const int length = std::snprintf(text, sizeof text, "%.*f", decimals, value);
-    *sign = text[0] == '-';
-    std::string all;
-    *point = 0;
-    bool behind = false;
-    for (int at = *sign; at < length; ++at) {
-        if (text[at] == '.') {
-            behind = true;
-            continue;
-        }
-        if (all.empty() && text[at] == '0') {
-            *point -= behind;
-            continue;
-        }
-        all += text[at];
-        *point += !behind;
-    }
-    if (all.size() >= room)
-        return ERANGE;
-    std::memcpy(digits, all.c_str(), all.size() + 1);
-    return 0;
 }
 
 int EnumFontFamiliesW(HDC, PCWSTR, FONTENUMPROCW, LPARAM) {

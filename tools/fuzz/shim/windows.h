@@ -41,7 +41,6 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, PCWSTR text, int length, cha
                         const char* missing, BOOL* usedMissing);
 
 int lstrcmpiW(PCWSTR left, PCWSTR right);
+inline constexpr int CSTR_EQUAL = 2;
+int CompareStringOrdinal(PCWSTR left, int leftLength, PCWSTR right, int rightLength, BOOL ignoreCase);
 int wsprintfW(PWSTR text, PCWSTR format, ...);
-
-double _wtof(PCWSTR text);
-int _fcvt_s(char* digits, std::size_t room, double value, int decimals, int* point, int* sign);
