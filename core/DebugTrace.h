@@ -1,10 +1,12 @@
-// The only diagnostic output, and the guards that keep exceptions inside the DLL.
+// The only diagnostic output, and the guards at every entry of the DLL: exceptions stay inside, and the
+// host's floating-point modes outside.
 #pragma once
 
 #include <windows.h>
 
 #include <new>
 
+#include "support/FloatingPoint.h"
 #include "support/SystemExceptions.h"
 
 namespace kzp {
@@ -21,6 +23,7 @@ void TraceException(const wchar_t* operation, const wchar_t* file, int line);
 template <class Body>
 HRESULT GuardOperation(const wchar_t* operation, const wchar_t* file, int line, Body&& body) noexcept {
     try {
+        const PlainFloatingPoint modes;
         return body();
     } catch (const std::bad_alloc&) {
         TraceException(operation, file, line);
@@ -35,6 +38,8 @@ HRESULT GuardOperation(const wchar_t* operation, const wchar_t* file, int line, 
 // traced.
 template <class Body>
 HRESULT GuardForeignFaults(const wchar_t* operation, const wchar_t* file, int line, Body&& body) noexcept {
+    // Also here, for a system exception leaves out the one inside.
+    const PlainFloatingPoint modes;
     HRESULT result = E_FAIL;
     const auto guarded = [&] { result = GuardOperation(operation, file, line, body); };
     if (ReturnsNormally(guarded))
@@ -50,6 +55,7 @@ template <class Result, class Body>
 Result GuardCallback(const wchar_t* operation, const wchar_t* file, int line, Result fallback,
                      Body&& body) noexcept {
     try {
+        const PlainFloatingPoint modes;
         return body();
     } catch (...) {
         TraceException(operation, file, line);

@@ -2,8 +2,7 @@
 
 #include <tlhelp32.h>
 
-#include <cwchar>
-
+#include "support/Names.h"
 #include "support/RegistryKey.h"
 #include "support/WindowsVersion.h"
 
@@ -56,7 +55,7 @@ DWORD FindOtherProcessByName(const wchar_t* name) {
     process.dwSize = sizeof process;
     for (BOOL more = Process32FirstW(snapshot.Get(), &process); more;
          more = Process32NextW(snapshot.Get(), &process)) {
-        if (process.th32ProcessID != self && _wcsicmp(process.szExeFile, name) == 0)
+        if (process.th32ProcessID != self && CompareNames(process.szExeFile, name) == 0)
             return process.th32ProcessID;
     }
     return 0;

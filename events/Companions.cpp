@@ -8,6 +8,7 @@
 #include "core/InteractionApp.h"
 #include "help/Help.h"
 #include "support/Bounded.h"
+#include "support/QuietDrives.h"
 #include "support/RegistryKey.h"
 #include "support/Shell.h"
 
@@ -71,6 +72,7 @@ bool FindViewer(wchar_t* pathOut) {
     // The folder is expected to end with a backslash; none is added.
     AppendBounded(path, std::size(path), kViewerName);
     WIN32_FIND_DATAW found;
+    const QuietDrives quiet;
     const UniqueFind find(FindFirstFileW(path, &found));
     if (find && pathOut)
         std::wcscpy(pathOut, path);

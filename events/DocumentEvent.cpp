@@ -1,6 +1,5 @@
 #include "events/DocumentEvent.h"
 
-#include <cwchar>
 #include <iterator>
 
 #include "core/DebugTrace.h"
@@ -8,6 +7,7 @@
 #include "driverkit/printoem.h"
 #include "events/Companions.h"
 #include "settings/SettingsStore.h"
+#include "support/Names.h"
 
 namespace kzp {
 
@@ -40,7 +40,7 @@ DWORD ApplicationId(DWORD pid) {
     if (!GetProcessBaseName(pid, name))
         return 0;
     for (const wchar_t* const host : kPrintHosts) {
-        if (_wcsicmp(name, host) == 0)
+        if (CompareNames(name, host) == 0)
             return 0;
     }
     return pid;

@@ -1,9 +1,10 @@
 #include "settings/SettingsStore.h"
 
 #include <cstring>
-#include <cwchar>
+#include <string_view>
 #include <vector>
 
+#include "support/Names.h"
 #include "support/RegistryKey.h"
 
 namespace kzp {
@@ -34,6 +35,10 @@ int ReadOrCreate(const std::wstring& name, DWORD type, DWORD defaultBytes, Query
     const LSTATUS stored = key.Set(name.c_str(), type, defaultBytes != 0 ? &zero : nullptr, defaultBytes);
     // In a key that has just come into being the default's own success is not asked for.
     return createdNew || stored == ERROR_SUCCESS ? 1 : 0;
+}
+
+bool IsPrefixOf(std::wstring_view word, const std::wstring& text) {
+    return text.empty() || CompareNames(word.substr(0, text.size()), text) == 0;
 }
 
 }  // namespace
@@ -111,11 +116,11 @@ int WriteBinarySetting(const std::wstring& name, const void* data, DWORD bytes) 
 }
 
 bool IsPrefixOfYes(const std::wstring& text) {
-    return _wcsnicmp(text.c_str(), L"YES", text.size()) == 0;
+    return IsPrefixOf(L"YES", text);
 }
 
 bool IsPrefixOfNo(const std::wstring& text) {
-    return _wcsnicmp(text.c_str(), L"NO", text.size()) == 0;
+    return IsPrefixOf(L"NO", text);
 }
 
 }  // namespace kzp

@@ -4,6 +4,7 @@
 #include <cwchar>
 
 #include "core/DebugTrace.h"
+#include "support/Names.h"
 
 namespace kzp {
 
@@ -43,20 +44,19 @@ NameIndex::NameIndex(std::span<const std::wstring> names) : m_names(names), m_or
     for (size_t position = 0; position < names.size(); ++position)
         m_order[position] = static_cast<int>(position);
     std::sort(m_order.begin(), m_order.end(), [&](int left, int right) {
-        const int order =
-            lstrcmpiW(names[static_cast<size_t>(left)].c_str(), names[static_cast<size_t>(right)].c_str());
+        const int order = CompareNames(names[static_cast<size_t>(left)], names[static_cast<size_t>(right)]);
         return order != 0 ? order < 0 : left < right;
     });
 }
 
 int NameIndex::Find(std::wstring_view name) const {
-    const std::wstring wanted(name);
-    const auto NameAt = [&](int position) { return m_names[static_cast<size_t>(position)].c_str(); };
-    const auto found =
-        std::lower_bound(m_order.begin(), m_order.end(), wanted, [&](int position, const std::wstring& text) {
-            return lstrcmpiW(NameAt(position), text.c_str()) < 0;
-        });
-    return found != m_order.end() && lstrcmpiW(NameAt(*found), wanted.c_str()) == 0 ? *found : -1;
+    const auto NameAt = [&](int position) -> const std::wstring& {
+        return m_names[static_cast<size_t>(position)];
+    };
+    const auto found = std::lower_bound(
+        m_order.begin(), m_order.end(), name,
+        [&](int position, std::wstring_view text) { return CompareNames(NameAt(position), text) < 0; });
+    return found != m_order.end() && CompareNames(NameAt(*found), name) == 0 ? *found : -1;
 }
 
 std::vector<std::wstring> InstalledFontFamilies(HDC device) {

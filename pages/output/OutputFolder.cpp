@@ -5,6 +5,7 @@
 #include "resources/resource.h"
 #include "settings/SettingsStore.h"
 #include "settings/SheetState.h"
+#include "support/QuietDrives.h"
 #include "support/Shell.h"
 #include "support/UniqueHandle.h"
 
@@ -33,6 +34,7 @@ std::wstring PathOf(const UniqueItemList& items) {
 // Whatever file of that name is there is deliberately overwritten, and gone afterwards. The separator is
 // always added; two in a row do no harm.
 bool CanCreateFileIn(const std::wstring& folder) {
+    const QuietDrives quiet;
     const std::wstring path = folder + L"\\test.kzp";
     UniqueFile file(CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
                                 CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));

@@ -14,6 +14,7 @@
 #include "resources/resource.h"
 #include "settings/SettingsStore.h"
 #include "settings/SheetState.h"
+#include "support/QuietDrives.h"
 
 namespace kzp {
 
@@ -70,6 +71,7 @@ void ShowPromptChoice(HWND page) {
 
 // The stored folder counts only while it can be entered; the process deliberately stays in it.
 bool EnterUserFolder(const std::wstring& folder, const std::wstring& documents) {
+    const QuietDrives quiet;
     return folder != documents && _wchdir(folder.c_str()) == 0;
 }
 

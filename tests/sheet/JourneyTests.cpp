@@ -1,10 +1,15 @@
 // The whole way of a user: every control of every page, Apply, a change of mind, OK; and a plug-in that is
 // loaded afresh finds it all again.
+#include <xmmintrin.h>
+
+#include <clocale>
 #include <map>
 
 #include "resources/resource.h"
+#include "support/Spooler.h"
 #include "tests/support/Files.h"
 #include "tests/support/SheetTest.h"
+#include "tools/driverhost/PrintCommand.h"
 #include "tools/driverhost/Script.h"
 #include "tools/driverhost/State.h"
 
@@ -123,6 +128,42 @@ void LookAgain() {
          L"", CPSUI_CANCEL);
 }
 
+// What a program can set for the thread and the process that the plug-in runs in, all of it against it.
+class BentHost {
+  public:
+    BentHost() {
+        GetCurrentDirectoryW(MAX_PATH, m_folder);
+        SetCurrentDirectoryW(L"C:\\");
+        EXPECT_NE(nullptr, std::setlocale(LC_ALL, "German_Germany.1252"));
+        SetThreadLocale(MAKELANGID(LANG_TURKISH, SUBLANG_TURKISH_TURKEY));
+        SetErrorMode(0);
+        // Rounding down, and ended by what is invalid, by a division by zero and by an overflow.
+        _mm_setcsr(kSse);
+        asm volatile("fldcw %0" : : "m"(kX87));
+        SetLastError(ERROR_CRC);
+    }
+    ~BentHost() {
+        EXPECT_EQ(kSse, _mm_getcsr() & ~unsigned{_MM_EXCEPT_MASK}) << "what the host has set stays set";
+        unsigned short x87 = 0;
+        asm volatile("fnstcw %0" : "=m"(x87));
+        EXPECT_EQ(kX87, x87);
+        EXPECT_EQ(0u, GetErrorMode() | GetThreadErrorMode());
+        _mm_setcsr(0x1F80);
+        asm volatile("fninit");
+        SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+        SetThreadLocale(LOCALE_USER_DEFAULT);
+        std::setlocale(LC_ALL, "C");
+        SetCurrentDirectoryW(m_folder);
+    }
+    BentHost(const BentHost&) = delete;
+    BentHost& operator=(const BentHost&) = delete;
+
+  private:
+    static constexpr unsigned kSse = (0x1F80 & ~0x0680) | _MM_ROUND_DOWN;
+    static constexpr unsigned short kX87 = 0x0672;
+    wchar_t m_folder[MAX_PATH] = {};
+};
+
 TEST(Journey, IsStoredFoundAgainAndKeptByCancel) {
     const ScratchRegistry registry;
     const TemporaryFolder folder;
@@ -168,6 +209,39 @@ TEST(Journey, IsStoredFoundAgainAndKeptByCancel) {
     EXPECT_EQ((States{{L"settings: DefaultDir", documents}}), Differences(closed, StoredState()))
         << "only the choice of the documents folder is stored at once";
     SetCurrentDirectoryW(startFolder);
+}
+
+// Margins that a host with exceptions for invalid numbers cannot even load without ending.
+void StoreSignalingMargins() {
+    const UniquePrinter printer = OpenPrinterWithAllAccess(driverhost::kDefaultPrinter);
+    DWORD margins[4] = {0x7F800001, 0x7F800001, 0x7F800001, 0x7F800001};
+    EXPECT_EQ(DWORD{ERROR_SUCCESS}, SetPrinterDataW(printer.Get(), SpoolerText(L"KZP Margin"), REG_BINARY,
+                                                    reinterpret_cast<BYTE*>(margins), sizeof margins));
+}
+
+// One sheet takes it all in, a second one in the other unit shows and applies it, and a document is printed.
+TEST(Journey, IsStoredAlikeInAHostThatBendsEverything) {
+    const TemporaryFolder folder;
+    States stored[2];
+    for (const bool bent : {false, true}) {
+        const ScratchRegistry registry;
+        standins::spooler::SetUpPrinter({.name = driverhost::kDefaultPrinter});
+        StoreSignalingMargins();
+        std::optional<BentHost> host;
+        if (bent)
+            host.emplace();
+        Play(kEverything, folder.Path(), CPSUI_OK, {[](SheetUser& user) { user.Ok(); }});
+        Play({L"click 3034", L"spin 3023 up"}, L"", CPSUI_OK, {[](SheetUser& user) { user.Ok(); }});
+        {
+            const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+            driverhost::DocumentSession session(plugIn, {});
+            driverhost::PrintDocument(session.Object(), session.Printer(), L"Document");
+        }
+        host.reset();
+        stored[bent] = StoredState();
+    }
+    EXPECT_EQ(L"left 11.43, top 14.99, right 12.45, bottom 14.99 mm", stored[0].at(L"device mode: margins"));
+    EXPECT_EQ((States{}), Differences(stored[0], stored[1]));
 }
 
 }  // namespace
