@@ -1,14 +1,21 @@
 #include "tests/installer/ActionTest.h"
 
+#include "resources/resource.h"
+
 namespace kzp::test {
 
 namespace {
 
-SpoolerServiceFake* g_services = nullptr;
+PlatformFake* g_platform = nullptr;
 
 // Never handed to the platform.
 const auto kManager = reinterpret_cast<SC_HANDLE>(0x4D61);
 const auto kService = reinterpret_cast<SC_HANDLE>(0x5365);
+
+void Record(const std::wstring& event) {
+    g_platform->events.push_back(event);
+    standins::spooler::Note(event);
+}
 
 std::wstring Access(DWORD access) {
     return access == 0xF003F ? L"everything" : std::to_wstring(access);
@@ -17,22 +24,22 @@ std::wstring Access(DWORD access) {
 SC_HANDLE WINAPI OpenManager(LPCWSTR machine, LPCWSTR database, DWORD access) {
     EXPECT_EQ(nullptr, machine);
     EXPECT_EQ(nullptr, database);
-    g_services->events.push_back(L"open manager for " + Access(access));
+    Record(L"open manager for " + Access(access));
     SetLastError(ERROR_ACCESS_DENIED);
-    return g_services->managerMissing ? nullptr : kManager;
+    return g_platform->managerMissing ? nullptr : kManager;
 }
 
 SC_HANDLE WINAPI OpenByName(SC_HANDLE manager, LPCWSTR name, DWORD access) {
     EXPECT_EQ(kManager, manager);
-    g_services->events.push_back(L"open " + std::wstring(name) + L" for " + Access(access));
+    Record(L"open " + std::wstring(name) + L" for " + Access(access));
     SetLastError(ERROR_SERVICE_DOES_NOT_EXIST);
-    return g_services->serviceMissing ? nullptr : kService;
+    return g_platform->serviceMissing ? nullptr : kService;
 }
 
 BOOL WINAPI Control(SC_HANDLE service, DWORD control, LPSERVICE_STATUS) {
     EXPECT_EQ(kService, service);
     EXPECT_EQ(static_cast<DWORD>(SERVICE_CONTROL_STOP), control);
-    g_services->events.push_back(L"stop");
+    Record(L"stop");
     SetLastError(ERROR_SERVICE_NOT_ACTIVE);
     return FALSE;  // nobody is to mind
 }
@@ -40,9 +47,7 @@ BOOL WINAPI Control(SC_HANDLE service, DWORD control, LPSERVICE_STATUS) {
 BOOL WINAPI Start(SC_HANDLE service, DWORD count, LPCWSTR*) {
     EXPECT_EQ(kService, service);
     EXPECT_EQ(0u, count);
-    g_services->events.push_back(L"start");
-    if (g_services->atStart)
-        g_services->atStart();
+    Record(L"start");
     SetLastError(ERROR_SERVICE_ALREADY_RUNNING);
     return FALSE;  // nor here
 }
@@ -56,8 +61,8 @@ BOOL WINAPI Query(SC_HANDLE service, SC_STATUS_TYPE type, LPBYTE buffer, DWORD b
         SetLastError(ERROR_INSUFFICIENT_BUFFER);
         return FALSE;
     }
-    g_services->events.push_back(L"look");
-    auto& looks = g_services->looks;
+    Record(L"look");
+    auto& looks = g_platform->looks;
     const int look = looks.front();
     if (looks.size() > 1)
         looks.erase(looks.begin());
@@ -72,18 +77,33 @@ BOOL WINAPI Query(SC_HANDLE service, SC_STATUS_TYPE type, LPBYTE buffer, DWORD b
 }
 
 BOOL WINAPI Close(SC_HANDLE handle) {
-    g_services->events.push_back(handle == kManager ? L"close manager" : L"close service");
+    Record(handle == kManager ? L"close manager" : L"close service");
     return TRUE;
 }
 
+int WINAPI Show(HWND owner, LPCWSTR text, LPCWSTR caption, UINT style) {
+    EXPECT_EQ(nullptr, owner);
+    EXPECT_EQ(static_cast<UINT>(MB_OK), style) << "and no icon";
+    g_platform->boxes.push_back((caption ? caption : L"(none)") + std::wstring(L": ") + text);
+    standins::spooler::Note(L"show " + g_platform->boxes.back());
+    return IDOK;
+}
+
+LSTATUS WINAPI Store(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD bytes) {
+    const std::wstring number =
+        type == REG_DWORD ? L" " + std::to_wstring(*reinterpret_cast<const DWORD*>(data)) : L"";
+    standins::spooler::Note(L"store " + std::wstring(name) + number);
+    return RegSetValueExW(key, name, reserved, type, data, bytes);
+}
+
 void WINAPI Wait(DWORD milliseconds) {
-    g_services->events.push_back(L"wait " + std::to_wstring(milliseconds));
+    Record(L"wait " + std::to_wstring(milliseconds));
 }
 
 }  // namespace
 
-SpoolerServiceFake::SpoolerServiceFake(HMODULE module) {
-    g_services = this;
+PlatformFake::PlatformFake(HMODULE module) {
+    g_platform = this;
     const auto patch = [this, module](const char* name, void* replacement) {
         m_patches.push_back(std::make_unique<ImportPatch>(module, name, replacement));
     };
@@ -94,14 +114,16 @@ SpoolerServiceFake::SpoolerServiceFake(HMODULE module) {
     patch("QueryServiceStatusEx", AddressOf(Query));
     patch("CloseServiceHandle", AddressOf(Close));
     patch("Sleep", AddressOf(Wait));
+    patch("MessageBoxW", AddressOf(Show));
+    patch("RegSetValueExW", AddressOf(Store));
 }
 
-SpoolerServiceFake::~SpoolerServiceFake() {
+PlatformFake::~PlatformFake() {
     m_patches.clear();
-    g_services = nullptr;
+    g_platform = nullptr;
 }
 
-ActionTest::ActionTest() : m_services(m_plugIn.Module()) {
+ActionTest::ActionTest() : m_platform(m_plugIn.Module()) {
     EXPECT_TRUE(standins::spooler::IsInPlace());
 }
 
@@ -113,13 +135,14 @@ UINT ActionTest::Run(const char* action) const {
     return m_plugIn.Export<UINT(WINAPI*)(MSIHANDLE)>(action)(m_session.Handle());
 }
 
-std::wstring ActionTest::Text(UINT id) {
+std::wstring ActionTest::Box(UINT textId) {
     const HMODULE module =
         LoadLibraryExW(BesideExe(L"KZPWriterRes.dll").c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
-    wchar_t text[260] = {};
-    EXPECT_LT(0, LoadStringW(module, id, text, 260)) << id;
+    wchar_t caption[260] = {}, text[260] = {};
+    EXPECT_LT(0, LoadStringW(module, IDS_INSTALL_ERROR_CAPTION, caption, 260));
+    EXPECT_LT(0, LoadStringW(module, textId, text, 260)) << textId;
     FreeLibrary(module);
-    return text;
+    return std::wstring(caption) + L": " + text;
 }
 
 }  // namespace kzp::test

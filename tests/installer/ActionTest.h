@@ -1,11 +1,12 @@
 // The stage on which an action runs in this process: a registry and a spooler of its own, a service manager
-// that plays the spooler's service, an installer session, and message boxes that answer themselves.
+// that plays the spooler's service, an installer session, and message boxes that answer themselves. What is
+// asked of the service, stored, logged and shown stands in the spooler's log among its own calls, in one
+// order.
 #pragma once
 
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,7 +16,6 @@
 #include "tests/support/Guarded.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/InstallerSession.h"
-#include "tests/support/MessageBoxes.h"
 #include "tests/support/PlugInDll.h"
 #include "tests/support/ScratchRegistry.h"
 #include "tests/support/SystemFolder.h"
@@ -24,13 +24,13 @@
 
 namespace kzp::test {
 
-// Takes the place of the service manager in the plug-in, and of waiting.
-class SpoolerServiceFake {
+// Takes the place of the service manager in the plug-in, of waiting, and of message boxes.
+class PlatformFake {
   public:
-    explicit SpoolerServiceFake(HMODULE module);
-    ~SpoolerServiceFake();
-    SpoolerServiceFake(const SpoolerServiceFake&) = delete;
-    SpoolerServiceFake& operator=(const SpoolerServiceFake&) = delete;
+    explicit PlatformFake(HMODULE module);
+    ~PlatformFake();
+    PlatformFake(const PlatformFake&) = delete;
+    PlatformFake& operator=(const PlatformFake&) = delete;
 
     bool managerMissing = false;
     bool serviceMissing = false;
@@ -39,9 +39,8 @@ class SpoolerServiceFake {
     // an error code. The last one repeats.
     std::vector<int> looks = {SERVICE_RUNNING};
 
-    std::function<void()> atStart;  // called when the service is started
-
     Lines events;  // in order: opening, stopping, "wait <ms>", looking, closing
+    Lines boxes;   // "caption: text" of each message box, which is answered at once
 
   private:
     std::vector<std::unique_ptr<ImportPatch>> m_patches;
@@ -55,16 +54,15 @@ class ActionTest : public testing::Test {
     // The exported action's answer.
     UINT Run(const char* action) const;
 
-    // The text of the delivered resource module.
-    static std::wstring Text(UINT id);
+    // The box with this text of the delivered resource module, as `boxes` holds it.
+    static std::wstring Box(UINT textId);
 
     ScratchRegistry m_registry;
     TemporaryFolder m_folder;
     InstallerSession m_session;
     PlugInDll m_plugIn;
     SystemFolder m_system{m_plugIn.Module(), SystemFolder::StandIns()};
-    MessageBoxes m_boxes;
-    SpoolerServiceFake m_services;
+    PlatformFake m_platform;
 };
 
 }  // namespace kzp::test

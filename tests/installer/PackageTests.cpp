@@ -166,7 +166,8 @@ TEST_F(Package, UpgradesSilentlyAndRefusesAnOlderVersion) {
                   FileExists(kFolder + L"Look & feel\\read me first.txt"));
         EXPECT_EQ(L"D:\\Out", ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"DefaultDir").value().Text());
         const Lines calls = spooler::ReadLog();
-        EXPECT_EQ(1, std::count(calls.begin(), calls.end(), L"DeleteMonitorW Brimlake KZP Writer Port"));
+        EXPECT_EQ(1, std::count(calls.begin(), calls.end(),
+                                L"DeleteMonitorW Brimlake KZP Writer Port, Windows x64"));
     }
     const Lines products = Products();
     spooler::StartLog();

@@ -1,6 +1,4 @@
 // The actions "Uninstall" and "InstallMonitor".
-#include <optional>
-
 #include "tests/installer/ActionTest.h"
 
 namespace kzp::test {
@@ -21,49 +19,34 @@ TEST_F(Uninstall, RemovesWhatInstallMadeAndKeepsFormAndSettings) {
     WriteFileText(inf, "[Version]\n");
     m_session.SetActionData(inf);
     ASSERT_EQ(0u, Run("Install"));
-    printui::ForgetCommands();
     spooler::StartLog();
     EXPECT_EQ(0u, Run("Uninstall"));
     EXPECT_EQ(MachineAfterRemoval(), DescribeMachine());
-    EXPECT_EQ((Lines{L"/dl /r \"Brimlake KZP Writer Port\" /n \"Brimlake KZP Writer\" ",
-                     L"/dd /m \"Brimlake KZP Writer\" /h \"Intel\" /v \"Windows 2000\" "}),
-              printui::Commands());
-    const Lines log = spooler::ReadLog();
-    ASSERT_LE(3u, log.size());
-    EXPECT_EQ((Lines{L"DeletePortW Brimlake KZP Writer Port", L"DeletePortW KZP:",
-                     L"DeleteMonitorW Brimlake KZP Writer Port"}),
-              Lines(log.end() - 3, log.end()));
-    EXPECT_EQ(L"INFO: Printer Spooler service is restarted", m_session.Lines().back());
-    EXPECT_TRUE(m_boxes.Caught().empty());
+    EXPECT_EQ(
+        (Lines{L"PrintUIEntryW /dl /r \"Brimlake KZP Writer Port\" /n \"Brimlake KZP Writer\" ",
+               L"DeletePrinter Brimlake KZP Writer",
+               L"PrintUIEntryW /dd /m \"Brimlake KZP Writer\" /h \"Intel\" /v \"Windows 2000\" ",
+               L"DeletePrinterDriverW Brimlake KZP Writer", L"DeletePortW Brimlake KZP Writer Port",
+               L"DeletePortW KZP:", L"open manager for everything", L"open Spooler for everything", L"stop",
+               L"wait 2000", L"start", L"look", L"log INFO: Printer Spooler service is restarted",
+               L"close service", L"close manager", L"DeleteMonitorW Brimlake KZP Writer Port, Windows x64"}),
+        spooler::ReadLog());
 }
 
 TEST_F(Uninstall, OnlyLogsWhatCannotBeRemoved) {
     EXPECT_EQ(0u, Run("Uninstall"));
     EXPECT_EQ(kDeleteFailed + L"3000\n", m_session.Lines().back());
-    for (const wchar_t* const function :
-         {L"OpenPrinterW", L"DeletePrinter", L"DeletePrinterDriverW", L"DeletePortW", L"DeleteMonitorW"})
+    for (const wchar_t* const function : {L"OpenPrinterW", L"DeletePrinter Brimlake KZP Writer",
+                                          L"DeletePrinterDriverW", L"DeletePortW", L"DeleteMonitorW"})
         spooler::FailCall(function, ERROR_CANCELLED);
     EXPECT_EQ(0u, Run("Uninstall"));
     EXPECT_EQ(kDeleteFailed + L"1223\n", m_session.Lines().back());
     EXPECT_EQ(4u, m_session.Lines().size());
-    EXPECT_TRUE(m_boxes.Caught().empty());
-}
-
-struct AddedMonitor {
-    DWORD level;
-    std::wstring name, environment, dll;
-};
-std::optional<AddedMonitor> g_added;
-
-BOOL WINAPI RecordingAddMonitor(LPWSTR server, DWORD level, LPBYTE record) {
-    EXPECT_EQ(nullptr, server);
-    const auto& monitor = *reinterpret_cast<const MONITOR_INFO_2W*>(record);
-    g_added = {level, monitor.pName, monitor.pEnvironment, monitor.pDLLName};
-    return AddMonitorW(server, level, record);
+    EXPECT_EQ(Lines{}, m_platform.boxes);
 }
 
 struct InstallMonitor : ActionTest {
-    InstallMonitor() { g_added.reset(); }
+    InstallMonitor() { spooler::StartLog(); }
 
     // As under a debugger that is told to go on.
     UINT RunOn() const {
@@ -74,7 +57,10 @@ struct InstallMonitor : ActionTest {
         return result;
     }
 
-    ImportPatch m_recording{m_plugIn.Module(), "AddMonitorW", AddressOf(RecordingAddMonitor)};
+    // What was asked of the spooler, for the current environment.
+    static Lines Added(const std::wstring& dll) {
+        return {L"AddMonitorW Brimlake KZP Writer Port, , " + dll};
+    }
 };
 
 TEST_F(InstallMonitor, StopsAtItsBreakpointBeforeAnythingElse) {
@@ -88,15 +74,10 @@ TEST_F(InstallMonitor, AddsTheMonitorWithTheDllThatIsNamed) {
     m_session.SetActionData(L"KZPPortMonitor.dll");
     EXPECT_EQ(0u, RunOn());
     EXPECT_EQ(Lines{L"monitor Brimlake KZP Writer Port, KZPPortMonitor.dll"}, DescribeMachine());
-    ASSERT_TRUE(g_added);
-    EXPECT_EQ(2u, g_added->level);
-    EXPECT_EQ(L"", g_added->environment) << "the current one";
-
-    g_added.reset();
     EXPECT_EQ(static_cast<UINT>(ERROR_INSTALL_FAILURE), RunOn()) << "an existing monitor is a failure";
-    EXPECT_FALSE(g_added) << "and is left alone";
+    EXPECT_EQ(Added(L"KZPPortMonitor.dll"), spooler::ReadLog()) << "and is left alone";
     EXPECT_EQ(Lines{}, m_session.Lines());
-    EXPECT_TRUE(m_boxes.Caught().empty());
+    EXPECT_EQ(Lines{}, m_platform.boxes);
 }
 
 TEST_F(InstallMonitor, TakesAMonitorOfOtherCaseForAnotherOne) {
@@ -105,7 +86,7 @@ TEST_F(InstallMonitor, TakesAMonitorOfOtherCaseForAnotherOne) {
               L"x.dll");
     m_session.SetActionData(L"KZPPortMonitor.dll");
     RunOn();
-    EXPECT_TRUE(g_added) << "the spooler, not the action, refuses it";
+    EXPECT_EQ(Added(L"KZPPortMonitor.dll"), spooler::ReadLog()) << "the spooler, not the action, refuses it";
 }
 
 TEST_F(InstallMonitor, ReadsANameOfAnyLength) {
@@ -113,8 +94,8 @@ TEST_F(InstallMonitor, ReadsANameOfAnyLength) {
         const std::wstring name(length, L'm');
         m_session.SetActionData(name);
         EXPECT_EQ(static_cast<UINT>(ERROR_INSTALL_FAILURE), RunOn()) << "there is no such file";
-        ASSERT_TRUE(g_added) << length;
-        EXPECT_EQ(name, g_added->dll);
+        EXPECT_EQ(Added(name), spooler::ReadLog());
+        spooler::StartLog();
     }
 }
 
@@ -122,7 +103,7 @@ TEST_F(InstallMonitor, TouchesNothingWithoutAName) {
     EXPECT_EQ(static_cast<UINT>(ERROR_INSTALL_FAILURE), RunOn());
     m_session.SetActionData(L"");
     EXPECT_EQ(static_cast<UINT>(ERROR_INSTALL_FAILURE), RunOn());
-    EXPECT_FALSE(g_added);
+    EXPECT_EQ(Lines{}, spooler::ReadLog());
     EXPECT_EQ(Lines{}, DescribeMachine());
 }
 

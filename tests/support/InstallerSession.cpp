@@ -4,6 +4,8 @@
 #include <msiquery.h>
 #include <wtypes.h>
 
+#include "tools/standins/spooler/SpoolerControl.h"
+
 namespace kzp::test {
 
 namespace {
@@ -74,8 +76,10 @@ INT CALLBACK InstallerSession::Receive(void* session, UINT type, MSIHANDLE recor
     // The platform puts "Info <code>." before a line that carries a code.
     const std::wstring line = text;
     const size_t start = std::min(line.find(L"INFO: "), line.find(L"ERROR: "));
-    if (start != std::wstring::npos)
+    if (start != std::wstring::npos) {
         static_cast<InstallerSession*>(session)->m_lines.push_back(line.substr(start));
+        standins::spooler::Note(L"log " + line.substr(start));
+    }
     return IDOK;
 }
 

@@ -11,6 +11,7 @@
 #include "support/UniqueHandle.h"
 #include "tools/standins/common/Journal.h"
 #include "tools/standins/printui/PrintUIRecords.h"
+#include "tools/standins/spooler/Places.h"
 
 namespace {
 
@@ -102,6 +103,8 @@ extern "C" DWORD WINAPI PrintUIEntryW(HWND, HINSTANCE, LPCWSTR command, int) {
     try {
         const std::wstring line = command ? command : L"";
         Journal(HKEY_CURRENT_USER, printui::kCommandsKey).Append(line);
+        if (const Journal calls(HKEY_LOCAL_MACHINE, spooler::kLogKey); calls.IsOpen())
+            calls.Append(L"PrintUIEntryW " + line);
         return Perform(Parse(line));
     } catch (const std::bad_alloc&) {
         return ERROR_NOT_ENOUGH_MEMORY;

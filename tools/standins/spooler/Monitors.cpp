@@ -3,6 +3,7 @@
 #include <winspool.h>
 
 #include <algorithm>
+#include <initializer_list>
 
 #include "support/UniqueHandle.h"
 #include "tools/standins/common/Registry.h"
@@ -37,6 +38,13 @@ DWORD CheckMonitorDll(const wchar_t* file) {
             return ERROR_SUCCESS;
     }
     return ERROR_PROC_NOT_FOUND;
+}
+
+std::wstring Listed(std::initializer_list<const wchar_t*> texts) {
+    std::wstring list;
+    for (const wchar_t* const text : texts)
+        list += (list.empty() ? L"" : L", ") + std::wstring(text ? text : L"");
+    return list;
 }
 
 DWORD Add(DWORD level, const BYTE* data) {
@@ -89,14 +97,17 @@ bool MonitorExists(const std::wstring& name) {
 extern "C" {
 
 BOOL WINAPI AddMonitorW(LPWSTR, DWORD level, LPBYTE data) {
-    const bool named = data && level == 2;
-    return Succeeded(AnswerChange(L"AddMonitorW",
-                                  named ? reinterpret_cast<const MONITOR_INFO_2W*>(data)->pName : nullptr,
-                                  [&] { return Add(level, data); }));
+    std::wstring monitor;
+    if (data && level == 2) {
+        const auto& info = *reinterpret_cast<const MONITOR_INFO_2W*>(data);
+        monitor = Listed({info.pName, info.pEnvironment, info.pDLLName});
+    }
+    return Succeeded(AnswerChange(L"AddMonitorW", monitor.c_str(), [&] { return Add(level, data); }));
 }
 
 BOOL WINAPI DeleteMonitorW(LPWSTR, LPWSTR environment, LPWSTR monitor) {
-    return Succeeded(AnswerChange(L"DeleteMonitorW", monitor, [&] { return Delete(environment, monitor); }));
+    return Succeeded(AnswerChange(L"DeleteMonitorW", Listed({monitor, environment}).c_str(),
+                                  [&] { return Delete(environment, monitor); }));
 }
 
 BOOL WINAPI EnumMonitorsW(LPWSTR, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed, LPDWORD returned) {

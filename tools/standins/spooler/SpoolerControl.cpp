@@ -44,6 +44,12 @@ void StopLog() {
     Journal(HKEY_LOCAL_MACHINE, kLogKey).Remove();
 }
 
+void Note(const std::wstring& entry) {
+    const Journal log(HKEY_LOCAL_MACHINE, kLogKey);
+    if (log.IsOpen())
+        log.Append(entry);
+}
+
 void SetUpPrinter(const PrinterSetUp& printer) {
     const MachineLock lock(kLockName);
     WriteText(CreateKey(HKEY_LOCAL_MACHINE, kPortsKey), printer.port, L"");

@@ -24,6 +24,7 @@ void ClearFailures();
 void StartLog();
 std::vector<std::wstring> ReadLog();
 void StopLog();  // and forget it
+void Note(const std::wstring& entry);  // the test's own, among the calls; dropped when there is no log
 
 struct PrinterSetUp {
     std::wstring name;
