@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <cstring>
 #include <memory>
 #include <string>
@@ -129,6 +131,60 @@ TEST(StartOfDocument, RecordsWhoPrintsAndStartsBothCompanions) {
     }
 }
 
+std::vector<std::wstring> g_asked;  // in one order: what is stored, and what is started
+
+LSTATUS WINAPI RecordStore(HKEY, LPCWSTR name, DWORD, DWORD, const BYTE* data, DWORD) {
+    g_asked.push_back(std::wstring(name) + L" " + std::to_wstring(*reinterpret_cast<const DWORD*>(data)));
+    return ERROR_SUCCESS;
+}
+
+BOOL WINAPI RecordStart(SHELLEXECUTEINFOW* start) {
+    EXPECT_EQ(112u, start->cbSize);
+    EXPECT_EQ(static_cast<ULONG>(SEE_MASK_NOCLOSEPROCESS), start->fMask);
+    EXPECT_TRUE(!start->hwnd && !start->lpParameters && !start->lpDirectory);
+    EXPECT_EQ(SW_SHOWNOACTIVATE, start->nShow) << "whoever prints keeps the keyboard";
+    g_asked.push_back(start->lpVerb + std::wstring(L" ") + start->lpFile);
+    return TRUE;
+}
+
+FARPROC WINAPI FindRecording(HMODULE module, LPCSTR name) {
+    return name == std::string("ShellExecuteExW") ? reinterpret_cast<FARPROC>(AddressOf(RecordStart))
+                                                  : GetProcAddress(module, name);
+}
+
+BOOL WINAPI Fail() {
+    return FALSE;
+}
+
+DWORD WINAPI ConsoleSession() {
+    return 77;
+}
+
+TEST(StartOfDocument, StoresSessionAndIdBeforeItStartsInteractionAndLauncher) {
+    PrintingMachine machine;
+    machine.InstallViewer();
+    const HMODULE module = machine.PlugInModule();
+    const ImportPatch store(module, "RegSetValueExW", AddressOf(RecordStore));
+    const ImportPatch find(module, "GetProcAddress", AddressOf(FindRecording));
+    const ImportPatch session(module, "ProcessIdToSessionId", AddressOf(Fail));
+    const ImportPatch console(module, "WTSGetActiveConsoleSessionId", AddressOf(ConsoleSession));
+    const auto asked = [&](DWORD id) {
+        const std::wstring open = L"open " + machine.Folder() + L"\\";
+        return std::vector<std::wstring>{L"SessionId 77", L"ID " + std::to_wstring(id), open + kInteraction,
+                                         open + kLauncher};
+    };
+    g_asked.clear();
+    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
+    EXPECT_EQ(asked(GetCurrentProcessId()), g_asked);
+
+    for (const char* const function : {"K32EnumProcesses", "K32EnumProcessModules", "OpenProcess"}) {
+        const ImportPatch nameless(module, function, AddressOf(Fail));
+        g_asked.clear();
+        EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
+        EXPECT_EQ(asked(0), g_asked) << function << ": a name that cannot be found";
+    }
+}
+
 TEST(StartOfDocument, StartsNothingForAQueueThatIsNotSpooled) {
     PrintingMachine machine;
     machine.InstallViewer();
@@ -174,12 +230,15 @@ TEST(StartOfDocument, NeedsTheViewerItself) {
     machine.SetViewerLocation(machine.Folder());
     machine.StartDocument();
     EXPECT_EQ("1 0", machine.Running()) << "no closing backslash";
-    machine.SetViewerLocation(std::wstring(130, L'x'));
-    machine.StartDocument();
-    EXPECT_EQ("1 0", machine.Running()) << "longer than is read";
-    machine.InstallViewer();
-    machine.StartDocument();
-    EXPECT_EQ("1 1", machine.Running());
+    for (const size_t length : {130u, 129u}) {
+        const std::wstring beginning = machine.Folder() + L"\\";
+        const std::wstring folder = beginning + std::wstring(length - 1 - beginning.size(), L'v');
+        CreateDirectoryW(folder.c_str(), nullptr);
+        WriteFileText(folder + L"\\" + kViewer, "There it is.");
+        machine.SetViewerLocation(folder + L"\\");
+        machine.StartDocument();
+        EXPECT_EQ(length == 129 ? "1 1" : "1 0", machine.Running()) << "129 characters are read";
+    }
 }
 
 TEST(StartOfDocument, FindsTheCompanionsBesideTheHelpFile) {
