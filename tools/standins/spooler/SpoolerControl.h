@@ -23,7 +23,7 @@ void ClearFailures();
 // "SetPrinterW 2"), whether or not they succeeded.
 void StartLog();
 std::vector<std::wstring> ReadLog();
-void StopLog();  // and forget it
+void StopLog();                        // and forget it
 void Note(const std::wstring& entry);  // the test's own, among the calls; dropped when there is no log
 
 struct PrinterSetUp {
