@@ -96,6 +96,7 @@ run_tests() {
 wine_environment() {
     mkdir -p build/wine/home
     wine_root=$(cd build/wine && pwd)
+    unset TMPDIR # Wine 10's server ends at once when it is set
     export WINEPREFIX="$wine_root/prefix" HOME="$wine_root/home" WINEARCH=win64
     export WINEDEBUG="${WINEDEBUG:--all}"
     # The stand-in spooler is taken where it stands beside the program, Wine's own elsewhere.
