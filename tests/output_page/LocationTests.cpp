@@ -34,12 +34,13 @@ TEST_F(OutputPage, OpensOnTheStoredFolderWhileItCanBeEntered) {
     for (const auto& expected : cases) {
         SCOPED_TRACE(testing::PrintToString(expected.stored));
         Store(L"DefaultDir", expected.stored);
-        std::wstring entered = expected.isUserFolder ? expected.stored : CurrentFolder();
+        std::wstring entered =
+            expected.isUserFolder ? expected.stored : std::filesystem::current_path().wstring();
         if (entered.ends_with(L'\\'))
             entered.pop_back();
         Show({[&](SheetUser& user) {
             ExpectUserFolder(expected.isUserFolder, user);
-            EXPECT_EQ(entered, CurrentFolder());
+            EXPECT_EQ(entered, std::filesystem::current_path().wstring());
             EXPECT_EQ(expected.isUserFolder ? expected.stored : DocumentsFolder(), Stored(L"DefaultDir"))
                 << "at once";
         }});
@@ -110,7 +111,7 @@ TEST_F(OutputPage, TheChoiceOfLocationIsAnnouncedAndTheDocumentsFolderWrittenAtO
         const size_t blocks = CountHeapBlocks();
         for (size_t click = 0; click < kClicks; ++click)
             Tell(user, IDC_DOCUMENTS_LOCATION, BN_CLICKED);
-        EXPECT_LT(CountHeapBlocks(), blocks + kClicks) << "no click leaves anything behind";
+        EXPECT_LT(CountHeapBlocks(), blocks + kClicks / 2) << "no click leaves anything behind";
         user.Ok();
     }});
     EXPECT_EQ(DocumentsFolder(), Stored(L"DefaultDir"));

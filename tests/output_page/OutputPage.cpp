@@ -47,11 +47,10 @@ OutputPage::OutputPage()
     : plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll")),
       m_functions(plugIn.Module(), "GetProcAddress", AddressOf(&FindFunction)),
       m_boxes(plugIn.Module(), "MessageBoxW", AddressOf(&AnswerBox)),
-      m_files(plugIn.Module(), "CreateFileW", AddressOf(&Create)),
-      m_startFolder(CurrentFolder()) {}
+      m_files(plugIn.Module(), "CreateFileW", AddressOf(&Create)) {}
 
 OutputPage::~OutputPage() {
-    SetCurrentDirectoryW(m_startFolder.c_str());  // or the folders could not be removed
+    std::filesystem::current_path(m_startFolder);  // or the folders could not be removed
 }
 
 void OutputPage::Show(std::initializer_list<driverhost::SheetStep> steps) {
@@ -99,12 +98,6 @@ std::wstring OutputPage::History(const Names& folders) {
     for (const std::wstring& folder : folders)
         history += folder + L";";
     return history;
-}
-
-std::wstring OutputPage::CurrentFolder() {
-    wchar_t path[1024] = {};
-    GetCurrentDirectoryW(1024, path);
-    return path;
 }
 
 Names& OutputPage::Asked() {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "resources/resource.h"
 #include "tests/support/Files.h"
 #include "tests/support/HostedSheet.h"
@@ -32,7 +34,6 @@ class OutputPage : public testing::Test {
 
     std::wstring Folder(const std::wstring& name) const;  // makes it
     static std::wstring History(const Names& folders);    // as it is stored
-    static std::wstring CurrentFolder();
 
     // Browsers, message boxes and created files, each in a line.
     static Names& Asked();
@@ -45,7 +46,7 @@ class OutputPage : public testing::Test {
 
   private:
     ImportPatch m_functions, m_boxes, m_files;
-    std::wstring m_startFolder;
+    std::filesystem::path m_startFolder = std::filesystem::current_path();
 };
 
 // Looks and steps.

@@ -197,39 +197,26 @@ void ExpectTidySettings(SheetUser& user, int dpi) {
 }
 
 // What pages are told about their titles.
-class Titles {
-  public:
-    Titles() : m_hook(SetWindowsHookExW(WH_CALLWNDPROC, Hook, nullptr, GetCurrentThreadId())) {
-        g_told.clear();
-    }
-    ~Titles() { UnhookWindowsHookEx(m_hook); }
-    Titles(const Titles&) = delete;
-    Titles& operator=(const Titles&) = delete;
+std::wstring g_told;
 
-    std::string Told() const { return Utf8(g_told); }
-
-  private:
-    static LRESULT CALLBACK Hook(int code, WPARAM wParam, LPARAM lParam) {
-        const auto& sent = *reinterpret_cast<const CWPSTRUCT*>(lParam);
-        if (sent.message == PSM_SETTITLEW && sent.wParam == 1 && IsOf(L"#32770", sent.hwnd) &&
-            (GetWindowLongW(sent.hwnd, GWL_STYLE) & WS_CHILD))
-            g_told +=
-                (g_told.empty() ? L"" : L"|") + std::wstring(reinterpret_cast<const wchar_t*>(sent.lParam));
-        return CallNextHookEx(nullptr, code, wParam, lParam);
-    }
-    static inline std::wstring g_told;
-    HHOOK m_hook;
-};
+LRESULT CALLBACK NoteTitle(int code, WPARAM wParam, LPARAM lParam) {
+    const auto& sent = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+    if (sent.message == PSM_SETTITLEW && sent.wParam == 1 && IsOf(L"#32770", sent.hwnd) &&
+        (GetWindowLongW(sent.hwnd, GWL_STYLE) & WS_CHILD))
+        g_told += (g_told.empty() ? L"" : L"|") + std::wstring(reinterpret_cast<const wchar_t*>(sent.lParam));
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
 
 void ShowPages(const Language& language, const char* told, int dpi, const std::wstring& dll) {
     const ScratchRegistry registry;
     standins::spooler::SetUpPrinter({.name = driverhost::kDefaultPrinter});
-    const Titles titles;
+    g_told.clear();
+    const HHOOK hook = SetWindowsHookExW(WH_CALLWNDPROC, NoteTitle, nullptr, GetCurrentThreadId());
     HostedSheet host({}, {}, dll);
     host.run.Add([&](SheetUser& user) {
         ExpectTidySettings(user, dpi);
         EXPECT_EQ(language.settings, Outline(user.Sheet().PageWindow(1)));
-        EXPECT_EQ(told, titles.Told());
+        EXPECT_EQ(told, Utf8(g_told));
         EXPECT_EQ(language.titles, Utf8(user.Sheet().TabText(1) + L"|" + user.Sheet().TabText(2)));
         user.ClickTab(2);
     });
@@ -251,6 +238,7 @@ void ShowPages(const Language& language, const char* told, int dpi, const std::w
         EXPECT_EQ(language.methods, Utf8(methods));
     });
     host.run.Show();
+    UnhookWindowsHookEx(hook);
 }
 
 void ShowAllPages(int dpi) {
