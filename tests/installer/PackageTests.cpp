@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 
 #include "tests/installer/InstallerRun.h"
 #include "tests/installer/MachineState.h"
@@ -41,6 +42,9 @@ struct Package : testing::Test {
     static void Clean() {
         for (const std::wstring& product : Products())
             RunInstaller(L"/x " + product);
+        // A product that is half gone, as Wine leaves one whose removal failed, would hold its files for
+        // ever.
+        RegDeleteTreeW(HKEY_LOCAL_MACHINE, kComponentsKey);
         std::filesystem::remove_all(kFolder);
         DeleteFileW(kMonitorFile.c_str());
         spooler::ClearFailures();
@@ -58,6 +62,9 @@ struct Package : testing::Test {
         EXPECT_EQ(Lines{}, DescribeMachine());
         EXPECT_EQ(Lines{}, Files());
     }
+
+    static constexpr wchar_t kComponentsKey[] =
+        L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Installer\\UserData\\S-1-5-18\\Components";
 
     // The product codes of all packages of ours that are installed.
     static Lines Products() {
@@ -103,10 +110,28 @@ struct Package : testing::Test {
     StandInsInSystemFolder m_standIns;
 };
 
-TEST_F(Package, InstallsOnceRepairsFilesAloneAndRemoves) {
+// The arguments of the lines that the document gives to administrators, with the package of the tests.
+Lines DocumentedLines() {
+    Lines lines;
+    std::ifstream document{std::filesystem::path(BesideExe(L"installer.md"))};
+    for (std::string line; std::getline(document, line);) {
+        if (!line.starts_with("msiexec "))
+            continue;
+        const size_t package = line.find("KZPWriter-"), behind = line.find(".msi") + 4;
+        lines.push_back(std::wstring(line.begin() + 8, line.begin() + static_cast<std::ptrdiff_t>(package)) +
+                        L"\"" + BesideExe(L"KZPWriter.msi") + L"\"" +
+                        std::wstring(line.begin() + static_cast<std::ptrdiff_t>(behind),
+                                     line.begin() + static_cast<std::ptrdiff_t>(line.find(" /l*v"))));
+    }
+    return lines;
+}
+
+TEST_F(Package, InstallsOnceRepairsFilesAloneAndRemovesAsDocumented) {
+    const Lines documented = DocumentedLines();
+    ASSERT_EQ(3u, documented.size()) << "installation, repair, removal";
     StartSpooler();
     const DWORD spoolerBefore = SpoolerProcess();
-    const InstallerRun installed = RunInstaller(m_install);
+    const InstallerRun installed = RunInstaller(documented[0]);
     EXPECT_EQ(0u, installed.exitCode);
     EXPECT_EQ(kInstallLog, installed.lines);
     EXPECT_EQ(2, installed.Starts(L"Install"));
@@ -127,7 +152,7 @@ TEST_F(Package, InstallsOnceRepairsFilesAloneAndRemoves) {
 
     spooler::StartLog();
     EXPECT_TRUE(DeleteFileW((kFolder + L"KZPWriterRes.dll").c_str()));
-    for (const std::wstring& again : {m_install, m_install + L" REINSTALL=ALL REINSTALLMODE=vomus"}) {
+    for (const std::wstring& again : {documented[0], documented[1]}) {
         const InstallerRun run = RunInstaller(again);
         EXPECT_EQ(0u, run.exitCode);
         EXPECT_EQ(Lines{}, run.lines);
@@ -139,7 +164,7 @@ TEST_F(Package, InstallsOnceRepairsFilesAloneAndRemoves) {
     EXPECT_EQ(Lines{}, spooler::ReadLog()) << "nothing was asked of the spooler";
     EXPECT_EQ(spoolerAfter, SpoolerProcess());
 
-    const InstallerRun removed = RunInstaller(m_remove);
+    const InstallerRun removed = RunInstaller(documented[2]);
     EXPECT_EQ(0u, removed.exitCode);
     EXPECT_EQ(kUninstallLog, removed.lines);
     EXPECT_EQ(2, removed.Starts(L"Uninstall"));
