@@ -96,6 +96,11 @@ LSTATUS WINAPI Store(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const B
     return RegSetValueExW(key, name, reserved, type, data, bytes);
 }
 
+BOOL WINAPI CloseQueue(HANDLE printer) {
+    standins::spooler::Note(L"close printer");
+    return ClosePrinter(printer);
+}
+
 void WINAPI Wait(DWORD milliseconds) {
     Record(L"wait " + std::to_wstring(milliseconds));
 }
@@ -116,6 +121,7 @@ PlatformFake::PlatformFake(HMODULE module) {
     patch("Sleep", AddressOf(Wait));
     patch("MessageBoxW", AddressOf(Show));
     patch("RegSetValueExW", AddressOf(Store));
+    patch("ClosePrinter", AddressOf(CloseQueue));
 }
 
 PlatformFake::~PlatformFake() {

@@ -99,15 +99,12 @@ TEST_F(InstallMonitor, ReadsANameOfAnyLength) {
     }
 }
 
-TEST_F(InstallMonitor, TouchesNothingWithoutAName) {
+TEST_F(InstallMonitor, TouchesNothingWithoutANameAndTakesAnUnreadableListForAnEmptyOne) {
     EXPECT_EQ(static_cast<UINT>(ERROR_INSTALL_FAILURE), RunOn());
     m_session.SetActionData(L"");
     EXPECT_EQ(static_cast<UINT>(ERROR_INSTALL_FAILURE), RunOn());
     EXPECT_EQ(Lines{}, spooler::ReadLog());
     EXPECT_EQ(Lines{}, DescribeMachine());
-}
-
-TEST_F(InstallMonitor, TakesAListThatCannotBeReadForAnEmptyOne) {
     spooler::FailCall(L"EnumMonitorsW", ERROR_CANCELLED);
     m_session.SetActionData(L"KZPPortMonitor.dll");
     EXPECT_EQ(0u, RunOn());
