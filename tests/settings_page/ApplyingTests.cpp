@@ -16,12 +16,6 @@ using driverhost::SheetUser;
 
 class Applying : public SettingsPageTest {
   protected:
-    static std::vector<float> RecordMargins(HostedSheet& host) {
-        std::vector<float> stored(4);
-        const auto* record = reinterpret_cast<const KZPPrivateDevMode*>(host.session.DevMode().PlugInPart());
-        std::memcpy(stored.data(), record->fMargins, sizeof record->fMargins);
-        return stored;
-    }
     static std::pair<LONG, LONG> FormSize(HostedSheet& host) {
         BYTE block[512];
         DWORD bytes = 0;
@@ -43,7 +37,7 @@ TEST_F(Applying, LeavesMarginsThatCouldNotBeShownAsTheyWere) {
         },
         [this](HostedSheet& host, SheetUser&) {
             EXPECT_EQ(host.sheet.Applied(), 1);
-            EXPECT_EQ(RecordMargins(host), margins);
+            EXPECT_EQ(RecordMargins(host.session), margins);
         },
     });
 }
@@ -65,7 +59,7 @@ TEST_F(Applying, ARefusalIsRepeatedOrSkippedOnceByTheNumberOfTabs) {
             },
             [&](HostedSheet& host, SheetUser& user) {
                 EXPECT_EQ(host.sheet.Refused(), 1);
-                EXPECT_EQ(RecordMargins(host), margins);
+                EXPECT_EQ(RecordMargins(host.session), margins);
                 EXPECT_EQ(FormSize(host), (std::pair<LONG, LONG>{215900, 266700}));
                 expectBoxes(host, 1, 1);
                 user.ClickTab(host.sheet.PageCount() - 1);

@@ -1,8 +1,8 @@
 #include "tests/settings_page/SettingsPageTest.h"
 
+#include <cstddef>
 #include <cstring>
 
-#include "core/KZPPrivateDevMode.h"
 #include "resources/resource.h"
 #include "settings/SpoolerForms.h"
 
@@ -15,8 +15,8 @@ SettingsPageTest::SettingsPageTest() {
 void SettingsPageTest::Open(const Steps& steps) {
     options.features = std::move(tree);
     HostedSheet host(std::move(options), shape);
-    auto* const record = reinterpret_cast<KZPPrivateDevMode*>(host.session.DevMode().PlugInPart());
-    std::memcpy(record->fMargins, margins.data(), sizeof record->fMargins);
+    std::memcpy(host.session.DevMode().PlugInPart() + offsetof(KZPPrivateDevMode, fMargins), margins.data(),
+                margins.size() * sizeof margins[0]);
     if (beforeShow)
         beforeShow(host);
     for (const auto& step : steps)

@@ -1,5 +1,4 @@
 // OK and Apply in the real sheet: what is written, in which order, and what the driver is answered.
-#include "core/KZPPrivateDevMode.h"
 #include "resources/resource.h"
 #include "tests/sheet/WriteTrace.h"
 #include "tests/support/Files.h"
@@ -16,9 +15,9 @@ constexpr wchar_t kCustom[] = L"User-defined size";
 
 class Commit : public SheetTest {
   protected:
-    explicit Commit(driverhost::SheetOptions shape = {}) : host({}, shape), trace(host.plugIn.Module()) {
-        const auto* const record = reinterpret_cast<KZPPrivateDevMode*>(host.session.DevMode().PlugInPart());
-        EXPECT_EQ(0.0f, record->fMargins[0]);
+    explicit Commit(driverhost::SheetOptions shape = {}, driverhost::SessionOptions options = {})
+        : host(std::move(options), shape), trace(host.plugIn.Module()) {
+        EXPECT_EQ(0.0f, RecordMargins(host.session)[0]);
     }
 
     // One action of the user and the next, and what each of them had the plug-in write.
@@ -50,6 +49,10 @@ struct CommitWithoutApply : Commit {
     CommitWithoutApply() : Commit({.applyButton = false}) {}
 };
 
+struct CommitWithItem : Commit {
+    CommitWithItem() : Commit({}, {.plugInItem = true}) {}
+};
+
 void Apply(SheetUser& user) {
     user.Apply();
 }
@@ -70,17 +73,16 @@ TEST_F(Commit, WritesInItsOrder) {
     Do(Apply);
     host.run.Show();
     ASSERT_EQ(3u, written.size());
-    EXPECT_EQ((Lines{L"printer: BRMK_KZPWRITER_UI_VALUE=0", L"LaunchKZPView=YES", L"PROMPTFILENAME=YES",
-                     L"PathDirs=", L"DefaultDir=" + documents, L"FONTLIST=0 bytes", L"OutputType=2",
-                     L"printer: KZP Margin=12.70 0.00 0.00 0.00"}),
+    EXPECT_EQ((Lines{L"LaunchKZPView=YES", L"PROMPTFILENAME=YES", L"PathDirs=", L"DefaultDir=" + documents,
+                     L"FONTLIST=0 bytes", L"OutputType=2", L"printer: KZP Margin=12.70 0.00 0.00 0.00"}),
               written[0])
         << "a standard paper";
-    EXPECT_EQ((Lines{L"printer: BRMK_KZPWRITER_UI_VALUE=0", L"LaunchKZPView=NO", L"PROMPTFILENAME=YES",
-                     L"PathDirs=", L"DefaultDir=" + documents, L"form: User Defined=100.000x90.500",
-                     L"FONTLIST=0 bytes", L"OutputType=1", L"printer: KZP Margin=12.70 0.00 0.00 0.00"}),
+    EXPECT_EQ((Lines{L"LaunchKZPView=NO", L"PROMPTFILENAME=YES", L"PathDirs=", L"DefaultDir=" + documents,
+                     L"form: User Defined=100.000x90.500", L"FONTLIST=0 bytes", L"OutputType=1",
+                     L"printer: KZP Margin=12.70 0.00 0.00 0.00"}),
               written[1])
         << "the custom paper";
-    written[1].erase(written[1].begin() + 5);
+    written[1].erase(written[1].begin() + 4);
     EXPECT_EQ(written[1], written[2]) << "the form only when its size differs";
     EXPECT_EQ((std::vector<LONG>{CPSUICB_ACTION_OPTIF_CHANGED, CPSUICB_ACTION_ITEMS_APPLIED,
                                  CPSUICB_ACTION_ITEMS_APPLIED}),
@@ -104,8 +106,7 @@ TEST_F(Commit, RefusedKeepsTextsRecordAndFormButWritesTheRest) {
     host.run.Show();
     ASSERT_EQ(2u, written.size());
     for (const Lines& lines : written)
-        EXPECT_EQ((Lines{L"printer: BRMK_KZPWRITER_UI_VALUE=0", L"FONTLIST=0 bytes", L"OutputType=1",
-                         L"printer: KZP Margin=0.00 0.00 0.00 0.00"}),
+        EXPECT_EQ((Lines{L"FONTLIST=0 bytes", L"OutputType=1", L"printer: KZP Margin=0.00 0.00 0.00 0.00"}),
                   lines);
     EXPECT_EQ(std::vector<LONG>(2, CPSUICB_ACTION_NO_APPLY_EXIT), Answers());
     EXPECT_EQ(2, host.sheet.Refused());
@@ -114,7 +115,7 @@ TEST_F(Commit, RefusedKeepsTextsRecordAndFormButWritesTheRest) {
 
 // A user location that was never picked leaves no folder. Only with the custom paper it becomes the documents
 // folder, and stays that.
-TEST_F(Commit, AnEmptyFolderIsFilledInForTheCustomPaperOnly) {
+TEST_F(CommitWithItem, AnEmptyFolderIsFilledInForTheCustomPaperOnly) {
     Prepare([](SheetUser& user) { user.Click(IDC_USER_LOCATION); });
     host.run.AddNext({[](SheetUser& user) { user.ClickTab(2); }});
     Do(Apply);

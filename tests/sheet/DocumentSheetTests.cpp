@@ -116,7 +116,9 @@ TEST(DocumentSheetJourneyTest, VisitsEveryPageAndRestsWhereItStarted) {
         HostedSheet host(NoPrinter(), shape);
         const int own = extraPage ? 2 : 1;
         host.run.Add([&](SheetUser& user) {
-            EXPECT_EQ(host.sheet.HeaderTitle(), L"KZPWRITER UI Page");
+            wchar_t title[99] = {};
+            GetWindowTextW(host.sheet.Window(), title, 99);
+            EXPECT_STREQ(title, L"No such printer Document Properties") << "the driver's own";
             EXPECT_EQ(host.sheet.StartPage(), own);
             EXPECT_EQ(host.sheet.CurrentPage(), own);
             for (int page = 0; page < host.sheet.PageCount(); ++page)

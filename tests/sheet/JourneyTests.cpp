@@ -188,7 +188,6 @@ TEST(Journey, IsStoredFoundAgainAndKeptByCancel) {
         {L"settings: PathDirs", TextValue(folder.Path() + L";")},
         {L"settings: DefaultDir", TextValue(folder.Path())},
         {L"settings: OutputType", L"REG_DWORD, 4 bytes: 1"},
-        {L"printer data: BRMK_KZPWRITER_UI_VALUE", L"REG_DWORD, 4 bytes: 1"},
         {L"printer data: KZP Margin",
          L"REG_BINARY, 16 bytes: left 10.05, top 15.10, right 12.45, bottom 14.95 mm"},
         {L"form: User Defined",

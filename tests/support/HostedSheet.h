@@ -2,6 +2,10 @@
 // need.
 #pragma once
 
+#include <cstddef>
+#include <cstring>
+
+#include "core/KZPPrivateDevMode.h"
 #include "tools/driverhost/SheetRun.h"
 
 namespace kzp::test {
@@ -16,6 +20,15 @@ struct HostedSheet {
                          const std::wstring& dll = driverhost::BesideProgram(L"KZPWriterUI.dll"))
         : plugIn(dll), session(plugIn, std::move(options)), sheet(session, shape), run(sheet) {}
 };
+
+// The margins in the plug-in's private record, which lies at any address: left, top, right, bottom, in
+// millimetres.
+inline std::vector<float> RecordMargins(driverhost::DocumentSession& session) {
+    std::vector<float> margins(4);
+    std::memcpy(margins.data(), session.DevMode().PlugInPart() + offsetof(KZPPrivateDevMode, fMargins),
+                margins.size() * sizeof margins[0]);
+    return margins;
+}
 
 // What a drop-down list of the page in front offers, in its order.
 inline std::vector<std::wstring> ListEntries(const driverhost::SheetUser& user, int list) {

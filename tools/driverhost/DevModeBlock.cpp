@@ -25,8 +25,8 @@ struct DriverPart {
 };
 
 constexpr size_t kDriverPartAt = sizeof(DEVMODEW);
-constexpr size_t kPlugInPartAt = kDriverPartAt + sizeof(DriverPart);
-static_assert(kPlugInPartAt % alignof(DWORD) == 0);
+constexpr size_t kDriverBytes = sizeof(DriverPart) + 1;  // the plug-in's block may lie at any address
+constexpr size_t kPlugInPartAt = kDriverPartAt + kDriverBytes;
 
 // What the public device mode says for each option of these features, in the tree's order.
 constexpr short kPaper[] = {DMPAPER_LETTER, DMPAPER_TABLOID, DMPAPER_LEGAL, DMPAPER_EXECUTIVE,
@@ -43,36 +43,35 @@ LONG SelectionOf(const DriverTree& tree, PCSTR keyword, LONG otherwise) {
     return item ? item->Sel : otherwise;
 }
 
-const wchar_t* OperationName(DWORD mode) {
-    constexpr const wchar_t* names[] = {L"", L"OEMDM_SIZE", L"OEMDM_DEFAULT", L"OEMDM_CONVERT",
-                                        L"OEMDM_MERGE"};
-    return names[mode];
-}
-
 }  // namespace
 
-DevModeBlock::DevModeBlock(IPrintOemUI2* plugIn, HMODULE plugInModule, HANDLE printer,
+DWORD DevModeBlock::AskSize(const PlugIn& plugIn) {
+    OEMDMPARAM param = {};
+    param.cbSize = sizeof param;
+    param.hModule = plugIn.Module();
+    const HRESULT result = plugIn.CreateObject()->DevMode(OEMDM_SIZE, &param);
+    if (FAILED(result) || param.cbBufSize < sizeof(OEM_DMEXTRAHEADER))
+        throw HostError{
+            Format(L"the plug-in refuses its device mode (OEMDM_SIZE answers 0x%08lX): no sheet can be shown",
+                   result)};
+    return param.cbBufSize;
+}
+
+DevModeBlock::DevModeBlock(IPrintOemUI2* plugIn, DWORD plugInBytes, HMODULE plugInModule, HANDLE printer,
                            const std::wstring& printerName, const std::vector<BYTE>& stored)
-    : m_plugIn(plugIn) {
+    : m_plugIn(plugIn), m_plugInBytes(plugInBytes) {
     m_param.cbSize = sizeof m_param;
     m_param.pdriverobj = this;
     m_param.hPrinter = printer;
     m_param.hModule = plugInModule;
-    const HRESULT size = Call(OEMDM_SIZE, nullptr, nullptr);
-    if (FAILED(size) || m_param.cbBufSize < sizeof(OEM_DMEXTRAHEADER))
-        throw HostError{
-            Format(L"the plug-in refuses its device mode (%ls answers 0x%08lX): no sheet can be shown",
-                   OperationName(OEMDM_SIZE), size)};
-    m_plugInBytes = m_param.cbBufSize;
-
     StartDefault(printerName);
     m_param.pPublicDMIn = m_param.pPublicDMOut = Public();
     Call(OEMDM_DEFAULT, nullptr, PlugInPart());
     TakeStored(stored);
     // The application's device mode, here the printer's own, into a valid one.
-    std::vector<BYTE> application(PlugInPart(), PlugInPart() + m_plugInBytes);
+    std::vector<BYTE> application = Bytes();
     Call(OEMDM_DEFAULT, nullptr, PlugInPart());
-    Call(OEMDM_MERGE, application.data(), PlugInPart());
+    Call(OEMDM_MERGE, application.data() + kPlugInPartAt, PlugInPart());
 }
 
 void DevModeBlock::StartDefault(const std::wstring& printerName) {
@@ -82,7 +81,7 @@ void DevModeBlock::StartDefault(const std::wstring& printerName) {
     mode.dmSpecVersion = DM_SPECVERSION;
     mode.dmDriverVersion = 0x0600;
     mode.dmSize = sizeof mode;
-    mode.dmDriverExtra = static_cast<WORD>(sizeof(DriverPart) + m_plugInBytes);
+    mode.dmDriverExtra = static_cast<WORD>(kDriverBytes + m_plugInBytes);
     mode.dmFields =
         DM_ORIENTATION | DM_PAPERSIZE | DM_FORMNAME | DM_COPIES | DM_PRINTQUALITY | DM_YRESOLUTION | DM_COLOR;
     mode.dmOrientation = DMORIENT_PORTRAIT;
@@ -96,8 +95,7 @@ void DevModeBlock::StartDefault(const std::wstring& printerName) {
 HRESULT DevModeBlock::Call(DWORD mode, void* in, void* out) {
     m_param.pOEMDMIn = in;
     m_param.pOEMDMOut = out;
-    if (mode != OEMDM_SIZE)
-        m_param.cbBufSize = m_plugInBytes;
+    m_param.cbBufSize = m_plugInBytes;
     const HRESULT result = m_plugIn->DevMode(mode, &m_param);
     m_calls.push_back({mode, result});
     return result;
@@ -116,8 +114,8 @@ void DevModeBlock::TakeStored(const std::vector<BYTE>& stored) {
     DEVMODEW old = {};
     std::memcpy(&old, stored.data(), std::min(stored.size(), sizeof old));
     const size_t driverAt = old.dmSize;
-    if (old.dmSize < kDriverPartAt || stored.size() < driverAt + sizeof(DriverPart) ||
-        old.dmDriverExtra < sizeof(DriverPart))
+    if (old.dmSize < kDriverPartAt || stored.size() < driverAt + kDriverBytes ||
+        old.dmDriverExtra < kDriverBytes)
         return;
     DriverPart part;
     std::memcpy(&part, stored.data() + driverAt, sizeof part);
@@ -131,7 +129,7 @@ void DevModeBlock::TakeStored(const std::vector<BYTE>& stored) {
         feature.keyword[sizeof feature.keyword - 1] = '\0';
     std::memcpy(m_bytes.data() + kDriverPartAt, &part, sizeof part);
 
-    const size_t plugInAt = driverAt + sizeof part;
+    const size_t plugInAt = driverAt + kDriverBytes;
     const size_t end = std::min(stored.size(), driverAt + old.dmDriverExtra);
     OEM_DMEXTRAHEADER header;
     if (end < plugInAt + sizeof header)
@@ -139,9 +137,8 @@ void DevModeBlock::TakeStored(const std::vector<BYTE>& stored) {
     std::memcpy(&header, stored.data() + plugInAt, sizeof header);
     if (header.dwSize < sizeof header || header.dwSize > end - plugInAt)
         return;
-    std::vector<BYTE> block(stored.begin() + static_cast<std::ptrdiff_t>(plugInAt),
-                            stored.begin() + static_cast<std::ptrdiff_t>(plugInAt + header.dwSize));
-    Call(OEMDM_CONVERT, block.data(), PlugInPart());
+    std::vector<BYTE> copy = stored;
+    Call(OEMDM_CONVERT, copy.data() + plugInAt, PlugInPart());
 }
 
 void DevModeBlock::GiveTo(DriverTree& tree) const {

@@ -7,6 +7,7 @@
 
 #include "driverkit/prcomoem.h"
 #include "tools/driverhost/DriverTree.h"
+#include "tools/driverhost/PlugIn.h"
 
 namespace driverhost {
 
@@ -18,19 +19,21 @@ struct DevModeCall {
 
 class DevModeBlock {
   public:
-    // Runs the four operations: the size; defaults; the printer's stored block converted into them; and, as
-    // for an application that hands its device mode back, the result merged into fresh defaults. `stored` may
-    // be empty, short or foreign. HostError when the plug-in refuses to tell the size, as the driver then has
-    // no sheet.
-    DevModeBlock(IPrintOemUI2* plugIn, HMODULE plugInModule, HANDLE printer, const std::wstring& printerName,
-                 const std::vector<BYTE>& stored);
+    // OEMDM_SIZE, for no printer. HostError when the plug-in refuses it, as the driver then has no sheet.
+    static DWORD AskSize(const PlugIn& plugIn);
+
+    // Runs the other operations: defaults; the printer's stored block converted into them; and, as for an
+    // application that hands its device mode back, the result merged into fresh defaults. `stored` may be
+    // empty, short or foreign.
+    DevModeBlock(IPrintOemUI2* plugIn, DWORD plugInBytes, HMODULE plugInModule, HANDLE printer,
+                 const std::wstring& printerName, const std::vector<BYTE>& stored);
 
     PDEVMODEW Public() { return reinterpret_cast<PDEVMODEW>(m_bytes.data()); }
     const DEVMODEW* Public() const { return reinterpret_cast<const DEVMODEW*>(m_bytes.data()); }
     BYTE* PlugInPart();
     const BYTE* PlugInPart() const;
     DWORD PlugInBytes() const { return m_plugInBytes; }
-    const std::vector<BYTE>& Bytes() const { return m_bytes; }
+    std::vector<BYTE> Bytes() const { return {m_bytes.begin(), m_bytes.end()}; }
     const std::vector<DevModeCall>& Calls() const { return m_calls; }
 
     // The selections kept in the driver's part go to the tree when a sheet opens, and come back on Apply; the
@@ -46,7 +49,7 @@ class DevModeBlock {
     IPrintOemUI2* m_plugIn;
     OEMDMPARAM m_param = {};
     DWORD m_plugInBytes = 0;
-    std::vector<BYTE> m_bytes;
+    SessionVector<BYTE> m_bytes;
     std::vector<DevModeCall> m_calls;
 };
 

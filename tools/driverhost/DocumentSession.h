@@ -1,5 +1,6 @@
-// One session of the driver's user interface for a document: printer, plug-in object, helper, device mode,
-// option tree, and the parameter blocks through which the plug-in sees them.
+// One session of the driver's user interface, for a document or for the printer's own properties: printer,
+// plug-in object, helper, device mode, option tree, and the parameter blocks through which the plug-in sees
+// them. There may be several at a time, on one thread or on several.
 #pragma once
 
 #include <memory>
@@ -17,17 +18,17 @@ namespace driverhost {
 inline constexpr wchar_t kDefaultPrinter[] = L"Brimlake KZP Writer for 2D";
 
 struct SessionOptions {
+    DWORD mode = OEMCUIP_DOCPROP;  // or OEMCUIP_PRNPROP: printer properties, without a device mode
     std::wstring printer = kDefaultPrinter;
-    bool needsPrinter = true;            // false: a missing printer gives a null handle instead of an error
-    bool offersHelper = true;            // false: the helper object refuses its interface
-    bool plugInItem = true;              // false: the plug-in's own item array is empty
-    std::optional<DriverTree> features;  // instead of the standard tree
-    std::optional<DWORD> firstItems;     // keep only so many driver items
+    bool needsPrinter = true;  // false: a missing printer gives a null handle instead of an error
+    bool offersHelper = true;  // false: the helper object refuses its interface
+    bool plugInItem = false;   // true: an item of the plug-in although it asks for none
+    std::optional<DriverTree> features = {};  // instead of the standard tree
+    std::optional<DWORD> firstItems = {};     // keep only so many driver items
 };
 
 // What the plug-in answered to one CommonUIProp call.
 struct CommonUIPropCall {
-    bool withItems;
     HRESULT result;
     DWORD plugInItems;  // cOEMOptItems after the call
 };
@@ -41,7 +42,7 @@ class DocumentSession {
     DocumentSession(const DocumentSession&) = delete;
     DocumentSession& operator=(const DocumentSession&) = delete;
 
-    // CommonUIProp as for a document sheet: first without item arrays, then with them.
+    // CommonUIProp: first without the plug-in's items, which asks for their number, then with them.
     void PresentItems();
 
     // Tells the plug-in's callback about an event of the driver's page; CPSUICB_ACTION_NONE without a
@@ -57,9 +58,10 @@ class DocumentSession {
     DriverTree& Tree() { return m_tree; }
     DriverTree& PlugInTree() { return m_plugInTree; }
     DriverHelper& Helper() { return m_helper; }
-    DevModeBlock& DevMode() { return *m_devMode; }
-    OEMCUIPPARAM& UIParam() { return m_uiParam; }
-    OEMUIPSPARAM& SheetParam() { return m_sheetParam; }
+    DevModeBlock& DevMode() { return *m_devMode; }  // of a document
+    DWORD Mode() const { return m_mode; }
+    OEMCUIPPARAM& UIParam() { return m_shown[0].ui; }
+    OEMUIPSPARAM& SheetParam() { return m_shown[0].sheet; }
     DWORD Signature() const { return m_signature; }
     DWORD Version() const { return m_version; }
     HRESULT Published() const { return m_published; }
@@ -71,17 +73,25 @@ class DocumentSession {
         static Type Empty() { return nullptr; }
         static void Close(Type heap) { HeapDestroy(heap); }
     };
-    void CallCommonUIProp(bool withItems);
+    // What the plug-in is given pointers to.
+    struct Shown {
+        OEMUIOBJ object;
+        OEMCUIPPARAM ui;
+        OEMUIPSPARAM sheet;
+        COMPROPSHEETUI page;
+        wchar_t printerName[256];
+    };
+    void CallCommonUIProp();
+    void FillShown(const PlugIn& plugIn);
 
+    DWORD m_mode;
     std::wstring m_printerName;
     kzp::UniquePrinter m_printer;
     kzp::UniqueHandle<HeapTraits> m_heap;  // frees all that the plug-in attached to the items
     DriverHelper& m_helper;
     DriverTree m_tree;
     DriverTree m_plugInTree;
-    OEMUIOBJ m_uiObject = {sizeof(OEMUIOBJ), nullptr};
-    OEMCUIPPARAM m_uiParam = {};
-    OEMUIPSPARAM m_sheetParam = {};
+    SessionVector<Shown> m_shown{1};
     ComRef<IPrintOemUI2> m_object;
     DWORD m_signature = 0;
     DWORD m_version = 0;

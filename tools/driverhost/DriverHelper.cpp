@@ -1,16 +1,20 @@
 #include "tools/driverhost/DriverHelper.h"
 
+#include <mutex>
+
 #include "tools/driverhost/Text.h"
 
 namespace driverhost {
 
 namespace {
 
+std::mutex g_retiredLock;
 std::vector<DriverHelper*> g_retired;
 
 }  // namespace
 
 DriverHelper& DriverHelper::Create(bool offersInterface) {
+    const std::lock_guard lock(g_retiredLock);
     if (g_retired.empty())
         return *new DriverHelper(offersInterface);
     DriverHelper& helper = *g_retired.back();
@@ -24,6 +28,7 @@ void DriverHelper::Retire() {
     Watch(nullptr, nullptr, nullptr);
     onAnnouncement = nullptr;
     m_announcements = {};
+    const std::lock_guard lock(g_retiredLock);
     g_retired.push_back(this);
 }
 

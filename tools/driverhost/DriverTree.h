@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "driverkit/printoem.h"
+#include "tools/driverhost/SessionMemory.h"
 
 namespace driverhost {
 
@@ -23,12 +24,14 @@ struct Feature {
 
 class DriverTree {
   public:
-    DriverTree() = default;  // no items
+    DriverTree() { m_items.reserve(kMostItems); }  // no items
     DriverTree(DriverTree&&) = default;
     DriverTree& operator=(DriverTree&&) = default;
 
     // The document items of the printer's driver. `helpItemName` names the second-level item.
     static DriverTree Standard(const std::wstring& helpItemName);
+    // The items of the printer itself, which "Printer properties" shows.
+    static DriverTree OfPrinter();
     // The one item that the plug-in's part of the tree holds: where the output goes.
     static DriverTree PlugInItems();
 
@@ -43,7 +46,7 @@ class DriverTree {
     // The array that a plug-in gets; null for an empty tree.
     POPTITEM Items() { return m_items.empty() ? nullptr : m_items.data(); }
     DWORD Count() const { return static_cast<DWORD>(m_items.size()); }
-    const std::vector<OPTITEM>& All() const { return m_items; }
+    const SessionVector<OPTITEM>& All() const { return m_items; }
 
     // By whole keyword; null when there is none. The position is -1 for a foreign item.
     POPTITEM Find(PCSTR keyword);
@@ -51,6 +54,7 @@ class DriverTree {
     int PositionOf(const void* item) const;
 
   private:
+    static constexpr size_t kMostItems = 32;  // more are taken, too, in new pages
     struct Storage {
         Feature feature;
         std::vector<OPTPARAM> params;
@@ -60,7 +64,7 @@ class DriverTree {
     size_t At(PCSTR keyword) const;  // HostError when missing
 
     std::deque<Storage> m_storage;  // a deque: elements stay where they are
-    std::vector<OPTITEM> m_items;
+    SessionVector<OPTITEM> m_items;
 };
 
 std::string KeywordOf(const OPTITEM& item);

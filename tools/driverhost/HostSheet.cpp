@@ -25,23 +25,26 @@ const wchar_t* ReasonName(WORD reason) {
     }
 }
 
-// The sheet's own callback gets no parameter of ours; sheets are modal and one at a time.
+// The sheet's own callback gets no parameter of ours; on one thread, one sheet opens at a time.
 thread_local HostSheet* t_opening = nullptr;
 
 }  // namespace
 
 HostSheet::HostSheet(DocumentSession& session, SheetOptions options)
     : m_session(session), m_options(options) {
-    m_info.cbSize = sizeof m_info;
-    m_info.Version = PROPSHEETUI_INFO_VERSION;
-    m_info.Flags = PSUIINFO_UNICODE;
-    m_info.hComPropSheet = this;
-    m_info.pfnComPropSheet = SheetFunction;
-    m_info.lParamInit = reinterpret_cast<LPARAM>(&session.SheetParam());
+    PROPSHEETUI_INFO& info = m_info[0];
+    info.cbSize = sizeof info;
+    info.Version = PROPSHEETUI_INFO_VERSION;
+    info.Flags = PSUIINFO_UNICODE;
+    info.hComPropSheet = reinterpret_cast<HANDLE>(NewHandle());
+    info.pfnComPropSheet = SheetFunction;
+    info.lParamInit = reinterpret_cast<LPARAM>(&session.SheetParam());
+    t_sheets.push_back(this);
     session.Helper().onAnnouncement = [this](const Announcement& call) { Note(Describe(call)); };
 }
 
 HostSheet::~HostSheet() {
+    std::erase(t_sheets, this);
     m_session.Helper().onAnnouncement = nullptr;
 }
 
@@ -55,55 +58,54 @@ void HostSheet::AddDriverPages() {
     if (m_options.extraFirstPage)
         AddPage(ExtraPage(*this));
     AddPage(DriverPage(*this));
+    m_driverPages = m_pages.size();
 }
 
 HRESULT HostSheet::TellPlugIn(WORD reason, LPARAM lParam) {
-    m_info.Reason = reason;
-    m_info.Result = 0;
-    return m_session.Object()->DocumentPropertySheets(&m_info, lParam);
+    if (!m_hasGroup)
+        return S_FALSE;
+    PROPSHEETUI_INFO& info = m_info[0];
+    info.Reason = reason;
+    info.Result = 0;
+    return m_session.Mode() == OEMCUIP_DOCPROP ? m_session.Object()->DocumentPropertySheets(&info, lParam)
+                                               : m_session.Object()->DevicePropertySheets(&info, lParam);
+}
+
+std::vector<HPROPSHEETPAGE> HostSheet::CreatePages() {
+    std::vector<HPROPSHEETPAGE> pages;
+    for (Page& page : m_pages) {
+        if (!page.title.empty()) {
+            page.page.dwFlags |= PSP_USETITLE;
+            page.page.pszTitle = page.title.c_str();
+        }
+        pages.push_back(CreatePropertySheetPageW(&page.page));
+        if (!pages.back())
+            throw HostError{L"a page of the sheet cannot be created"};
+    }
+    return pages;
 }
 
 LONG HostSheet::Show(HWND owner) {
     m_owner = owner;
     m_session.PresentItems();
     AddDriverPages();
-    const HRESULT added = TellPlugIn(PROPSHEETUI_REASON_INIT, m_info.lParamInit);
-    Note(Format(L"plug-in: INIT answers 0x%08lX, result %ld", added, static_cast<LONG>(m_info.Result)));
-
-    PROPSHEETUI_INFO_HEADER title = {};
-    title.cbSize = sizeof title;
-    title.Flags = m_options.applyButton ? 0 : PSUIHDRF_NOAPPLYNOW;
-    std::wstring ownTitle = m_session.PrinterName() + L" Document Properties";
-    title.pTitle = ownTitle.data();
-    title.hWndParent = owner;
-    TellPlugIn(PROPSHEETUI_REASON_GET_INFO_HEADER, reinterpret_cast<LPARAM>(&title));
-    m_headerTitle = title.pTitle ? title.pTitle : L"";
-
-    std::vector<HPROPSHEETPAGE> handles;
-    for (const auto& page : m_pages) {
-        if (!page->title.empty()) {
-            page->page.dwFlags |= PSP_USETITLE;
-            page->page.pszTitle = page->title.c_str();
-        }
-        page->handle = CreatePropertySheetPageW(&page->page);
-        if (!page->handle)
-            throw HostError{L"a page of the sheet cannot be created"};
-        handles.push_back(page->handle);
-    }
-
+    const HRESULT added = TellPlugIn(PROPSHEETUI_REASON_INIT, m_info[0].lParamInit);
+    Note(Format(L"plug-in: INIT answers 0x%08lX, result %ld", added, static_cast<LONG>(m_info[0].Result)));
+    m_hasGroup = SUCCEEDED(added);
+    // Title and buttons are asked of the sheet's root, which is the driver itself.
+    const std::wstring title =
+        m_session.PrinterName() +
+        (m_session.Mode() == OEMCUIP_DOCPROP ? L" Document Properties" : L" Properties");
+    std::vector<HPROPSHEETPAGE> pages = CreatePages();
     PROPSHEETHEADERW header = {};
     header.dwSize = sizeof header;
-    header.dwFlags = PSH_USECALLBACK | PSH_NOCONTEXTHELP;
-    if (title.Flags & PSUIHDRF_NOAPPLYNOW)
-        header.dwFlags |= PSH_NOAPPLYNOW;
-    if (title.Flags & PSUIHDRF_PROPTITLE)
-        header.dwFlags |= PSH_PROPTITLE;
+    header.dwFlags = PSH_USECALLBACK | PSH_NOCONTEXTHELP | (m_options.applyButton ? 0 : PSH_NOAPPLYNOW);
     header.hwndParent = owner;
     header.hInstance = GetModuleHandleW(nullptr);
-    header.pszCaption = m_headerTitle.c_str();
-    header.nPages = static_cast<UINT>(handles.size());
+    header.pszCaption = title.c_str();
+    header.nPages = static_cast<UINT>(pages.size());
     header.nStartPage = static_cast<UINT>(m_startPage);
-    header.phpage = handles.data();
+    header.phpage = pages.data();
     header.pfnCallback = SheetCallback;
 
     m_result = CPSUI_CANCEL;
@@ -125,6 +127,7 @@ int CALLBACK HostSheet::SheetCallback(HWND window, UINT message, LPARAM) {
         return 0;
     HostSheet& self = *t_opening;
     self.m_window = window;
+    t_opening = nullptr;
     self.PlaceBesideOwner();
     return 0;
 }

@@ -1,9 +1,8 @@
-// The document's property sheet: a real one of the platform's common controls, with the driver's own page in
-// front and behind it what the plug-in adds through the sheet function.
+// The property sheet of a session: a real one of the platform's common controls, with the driver's own pages
+// in front and behind them the group of those that the plug-in adds through the sheet function.
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,6 +24,9 @@ struct CallbackCall {
     WORD reason;
     LONG answer;
 };
+
+// The thread's sheets that were made and not yet destroyed.
+extern thread_local std::vector<class HostSheet*> t_sheets;
 
 class HostSheet {
   public:
@@ -50,7 +52,6 @@ class HostSheet {
 
     // What happened, for reports and tests.
     int StartPage() const { return m_startPage; }  // index the sheet opened on
-    const std::wstring& HeaderTitle() const { return m_headerTitle; }
     const std::vector<CallbackCall>& Callbacks() const { return m_callbacks; }
     const std::vector<std::wstring>& Events() const { return m_events; }
     const std::vector<ULONG_PTR>& SetResults() const { return m_setResults; }  // the plug-in's answers
@@ -68,26 +69,29 @@ class HostSheet {
   private:
     struct Page {
         PROPSHEETPAGEW page;
-        HPROPSHEETPAGE handle;
+        LONG_PTR handle;  // the plug-in's name for it, which is no address
         std::wstring title;
     };
     static LONG_PTR CALLBACK SheetFunction(HANDLE sheet, UINT function, LPARAM lParam1, LPARAM lParam2);
     static int CALLBACK SheetCallback(HWND window, UINT message, LPARAM lParam);
     LONG_PTR Answer(UINT function, LPARAM lParam1, LPARAM lParam2);
+    static LONG_PTR NewHandle();
     LONG_PTR AddPage(const PROPSHEETPAGEW& page);
     bool SetStartPage(LPARAM handle, LPARAM otherwise);
     bool SetTitle(LPARAM handle, PCWSTR title);
     LONG_PTR SetResult(LPARAM result);
-    int IndexOf(LPARAM handle) const;  // -1 for a foreign handle
-    HRESULT TellPlugIn(WORD reason, LPARAM lParam);
+    int IndexOf(LPARAM handle) const;                // -1 for a handle that is not the group's
+    HRESULT TellPlugIn(WORD reason, LPARAM lParam);  // S_FALSE when it has no group in this sheet
     void AddDriverPages();
+    std::vector<HPROPSHEETPAGE> CreatePages();
     void PlaceBesideOwner();
 
     DocumentSession& m_session;
     SheetOptions m_options;
-    PROPSHEETUI_INFO m_info = {};
-    std::vector<std::unique_ptr<Page>> m_pages;
-    std::wstring m_headerTitle;
+    SessionVector<PROPSHEETUI_INFO> m_info{1};
+    std::vector<Page> m_pages;
+    bool m_hasGroup = true;
+    size_t m_driverPages = 0;  // in front of the plug-in's group
     HWND m_owner = nullptr;
     HWND m_window = nullptr;
     int m_startPage = 0;

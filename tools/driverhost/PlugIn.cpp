@@ -24,21 +24,24 @@ std::wstring BesideProgram(const wchar_t* name) {
     return FolderOf(path) + name;
 }
 
-PlugIn::PlugIn(const std::wstring& path) : m_path(FullPath(path)) {
-    m_module.Reset(LoadLibraryExW(m_path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+PlugIn::PlugIn(const std::wstring& path) : m_path(FullPath(path)) {}
+
+HMODULE PlugIn::Module() const {
+    if (!m_module)
+        m_module.Reset(LoadLibraryExW(m_path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
     if (!m_module)
         throw HostError{Format(L"cannot load %ls: %ls", m_path.c_str(), Win32Error(GetLastError()).c_str())};
-    using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-    const auto getClassObject = reinterpret_cast<GetClassObject>(
-        reinterpret_cast<void*>(GetProcAddress(m_module.Get(), "DllGetClassObject")));
-    if (!getClassObject)
-        throw HostError{Format(L"%ls exports no DllGetClassObject", m_path.c_str())};
-    const HRESULT result = getClassObject(CLSID_OEMUI, IID_IClassFactory, m_factory.Put());
-    if (FAILED(result))
-        throw HostError{Format(L"DllGetClassObject(CLSID_OEMUI) answers 0x%08lX", result)};
+    return m_module.Get();
 }
 
 ComRef<IPrintOemUI2> PlugIn::CreateObject() const {
+    if (!m_factory) {
+        using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
+        const auto getClassObject = reinterpret_cast<GetClassObject>(
+            reinterpret_cast<void*>(GetProcAddress(Module(), "DllGetClassObject")));
+        if (!getClassObject || FAILED(getClassObject(CLSID_OEMUI, IID_IClassFactory, m_factory.Put())))
+            throw HostError{Format(L"%ls does not serve the class of UI plug-ins", m_path.c_str())};
+    }
     ComRef<IPrintOemUI2> object;
     const HRESULT result = m_factory->CreateInstance(nullptr, IID_IPrintOemUI2, object.Put());
     if (FAILED(result))

@@ -36,15 +36,14 @@ class ComRef {
 // The folder of the running program with `name` appended.
 std::wstring BesideProgram(const wchar_t* name);
 
+// One use of the plug-in: the DLL stays loaded from the first call on until the object goes. HostError when
+// it cannot be loaded or does not serve the class of UI plug-ins.
 class PlugIn {
   public:
-    // Loads the DLL; HostError when it cannot be loaded or does not serve the class of UI plug-ins.
     explicit PlugIn(const std::wstring& path);
 
-    // One object for one session of the driver's user interface.
     ComRef<IPrintOemUI2> CreateObject() const;
-
-    HMODULE Module() const { return m_module.Get(); }
+    HMODULE Module() const;
     const std::wstring& Path() const { return m_path; }
 
     // A text of the resource module that stands beside the plug-in; empty when either is missing.
@@ -52,8 +51,8 @@ class PlugIn {
 
   private:
     std::wstring m_path;
-    kzp::UniqueModule m_module;
-    ComRef<IClassFactory> m_factory;  // behind the module: given back before it is unloaded
+    mutable kzp::UniqueModule m_module;
+    mutable ComRef<IClassFactory> m_factory;  // behind the module: given back before it is unloaded
 };
 
 // A GetInfo answer of four bytes; HostError when the plug-in refuses it.

@@ -56,6 +56,13 @@ DriverTree DriverTree::Standard(const std::wstring& helpItemName) {
     return tree;
 }
 
+DriverTree DriverTree::OfPrinter() {
+    DriverTree tree;
+    tree.Add({"PageProtection", L"Page Protection", DMPUB_NONE, TVOT_2STATES, {L"Off", L"On"}, 0});
+    tree.Add({"Memory", L"Printer Memory", DMPUB_NONE, TVOT_LISTBOX, {L"64 MB", L"256 MB"}, 1});
+    return tree;
+}
+
 DriverTree DriverTree::PlugInItems() {
     DriverTree tree;
     tree.Add({"OutputLocation",
