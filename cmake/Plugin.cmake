@@ -49,7 +49,7 @@ endif()
 
 target_link_options(KZPWriterUI PRIVATE
   -Wl,--gc-sections
-  # What went into it: scripts/bench reads the map.
+  # What went into it: cmake/CheckRunTime.cmake reads the map.
   -Wl,-Map,${CMAKE_CURRENT_BINARY_DIR}/KZPWriterUI.map
   # The linker would derive the base from the output's file name; a fixed one keeps builds identical.
   -Wl,--image-base,0x180000000

@@ -1,18 +1,12 @@
 // The fonts dialog with ten times as many fonts: what it does must grow with their number.
 #include <windows.h>
 
-#include <cstring>
 #include <memory>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
 #include "pages/advanced/FontList.h"
 #include "resources/resource.h"
 #include "tests/support/ImportPatch.h"
-#include "tests/support/ScratchRegistry.h"
-#include "tools/bench/Chapters.h"
-#include "tools/bench/ShownWindow.h"
+#include "tools/bench/Bench.h"
 #include "tools/driverhost/DocumentSession.h"
 
 namespace kzp::bench {
@@ -77,8 +71,7 @@ class FontsPage {
                                  m_sheet, nullptr, nullptr, nullptr);
         m_session->TellCallback(CPSUICB_REASON_SETACTIVE, m_page);
         m_dialog = FindWindowExW(m_page, nullptr, L"#32770", nullptr);
-        if (!m_dialog)
-            throw std::runtime_error("the fonts dialog does not open");
+        Require(m_dialog, "the fonts dialog does not open");
     }
 
     void Choose(int button) { SendMessageW(GetDlgItem(m_dialog, button), BM_CLICK, 0, 0); }
@@ -99,12 +92,12 @@ class FontsPage {
 
 }  // namespace
 
-void MeasureFonts(Report& report) {
-    report.Explain(
-        "The fonts dialog with 3,000 families beside the same with 300, half of them stored as chosen; the "
-        "list "
-        "control's own work included. The enumeration is replaced, so that both numbers are there.");
-    report.Columns("3,000", "300");
+void MeasureFonts() {
+    BeginChapter("The font list",
+                 "The fonts dialog with 3,000 families beside the same with 300, half of them stored as "
+                 "chosen; the list "
+                 "control's own work included. The enumeration is replaced, so that both numbers are there.",
+                 "3,000", "300");
     const test::ScratchRegistry registry;
     const ShownWindow window;
     FontsPage page(window.Get());
@@ -128,7 +121,7 @@ void MeasureFonts(Report& report) {
             manyTimes.push_back(timed(many));
             ratios.push_back(manyTimes.back() / fewTimes.back());
         }
-        report.Add(what, {Median(manyTimes), Median(fewTimes), Median(ratios)}, kLimit);
+        Report(what, {Median(manyTimes), Median(fewTimes), Median(ratios)}, kLimit);
     };
     const auto open = [&](const std::vector<std::wstring>& families) { page.Open(families); };
     measure("opening the dialog", [](const auto&) {}, open);

@@ -3,15 +3,9 @@
 
 #include <prsht.h>
 
-#include <cstring>
-#include <stdexcept>
-#include <vector>
-
-#include "tests/support/ScratchRegistry.h"
-#include "tools/bench/Chapters.h"
-#include "tools/bench/ShownWindow.h"
-#include "tools/driverhost/PrinterSetup.h"
+#include "tools/bench/Bench.h"
 #include "tools/driverhost/SheetRun.h"
+#include "tools/standins/spooler/SpoolerControl.h"
 
 namespace kzp::bench {
 
@@ -37,8 +31,8 @@ void CollectPages(IPrintOemUI2* object) {
     info.Version = PROPSHEETUI_INFO_VERSION;
     info.Reason = PROPSHEETUI_REASON_INIT;
     info.pfnComPropSheet = Collect;
-    if (FAILED(object->DocumentPropertySheets(&info, 0)) || g_pages.size() != 2)
-        throw std::runtime_error("the plug-in does not add its two pages");
+    Require(SUCCEEDED(object->DocumentPropertySheets(&info, 0)) && g_pages.size() == 2,
+            "the plug-in does not add its two pages");
 }
 
 INT_PTR CALLBACK NoCode(HWND, UINT, WPARAM, LPARAM) {
@@ -67,28 +61,22 @@ double TimeWholeSheet() {
     driverhost::DocumentSession session(plugIn, {});
     driverhost::HostSheet sheet(session);
     driverhost::SheetRun run(sheet);
-    LARGE_INTEGER rested = {}, opened, frequency;
-    run.Add([&](driverhost::SheetUser&) { QueryPerformanceCounter(&rested); });
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&opened);
-    run.Show();
-    return 1e3 * static_cast<double>(rested.QuadPart - opened.QuadPart) /
-           static_cast<double>(frequency.QuadPart);
+    run.Add([](driverhost::SheetUser& user) { user.Cancel(); });
+    return Time([&] { run.Show(); });
 }
 
 }  // namespace
 
-void MeasurePages(Report& report) {
-    report.Explain(
+void MeasurePages() {
+    BeginChapter(
+        "Opening the two pages",
         "Opening a sheet and showing both pages, beside the same templates without code. The plug-in's "
         "share: "
         "texts from the resource module, stored settings, the printer's forms, the documents folder. The key "
-        "presses that visit all tabs belong to the driver's whole sheet, which stands by itself.");
-    report.Columns("plug-in", "no code");
+        "presses that visit all tabs belong to the driver's whole sheet, which stands by itself.",
+        "plug-in", "no code");
     const test::ScratchRegistry registry;
-    test::WriteText(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Ports", L"FILE:",
-                    L"");
-    driverhost::CreatePrinter(driverhost::kDefaultPrinter);
+    standins::spooler::SetUpPrinter({.name = driverhost::kDefaultPrinter});
     {
         const ShownWindow window;
         driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
@@ -108,17 +96,15 @@ void MeasurePages(Report& report) {
             DestroyWindow(sheet);
             HandlePendingMessages();
         };
-        report.Add("the two pages in a sheet",
-                   Compare(
-                       kRounds, kLimit, [&] { sheet = OpenSheet(window.Get(), g_pages); },
-                       [&] { sheet = OpenSheet(window.Get(), bare); }, close),
-                   kLimit);
+        Compare(
+            "the two pages in a sheet", kRounds, kLimit, [&] { sheet = OpenSheet(window.Get(), g_pages); },
+            [&] { sheet = OpenSheet(window.Get(), bare); }, close);
         DestroyWindow(driverPage);
     }
     std::vector<double> whole;
     for (int run = 0; run < kWholeSheets; ++run)
         whole.push_back(TimeWholeSheet());
-    report.Add("the driver's whole sheet, until it rests", Median(whole), "ms");
+    Report("the driver's whole sheet, opened and cancelled", Median(whole), 0);
 }
 
 }  // namespace kzp::bench

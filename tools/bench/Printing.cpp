@@ -1,0 +1,254 @@
+// What runs in every program that prints: DevMode, several times for every device context, and the start of a
+// document. Beside each stand the platform calls that it has to make, in the same order and with nothing
+// around them.
+#include <windows.h>
+
+#include <psapi.h>
+#include <shellapi.h>
+#include <tlhelp32.h>
+
+#include "core/SignalMapping.h"
+#include "support/UniqueHandle.h"
+#include "tools/bench/Bench.h"
+#include "tools/standins/companions/Companions.h"
+
+namespace kzp::bench {
+
+namespace {
+
+using test::kProductKey;
+using test::kQueueKey;
+using test::kSettingsKey;
+
+constexpr double kLimit = 1.15;
+constexpr double kIgnoredEventLimit = 0.5;  // microseconds: no system call is that quick
+constexpr int kIgnoredEvents = 100'000;
+
+constexpr wchar_t kViewerKey[] = L"SOFTWARE\\Wow6432Node\\Brimlake\\Plansight\\ProductInfo";
+constexpr wchar_t kInteraction[] = L"KzpWriterInteraction.exe";
+constexpr wchar_t kLauncher[] = L"KZPAppLauncher.exe";
+
+// What a start of a document comes across; an empty path means that the program is not installed.
+struct Scene {
+    std::wstring interaction, launcher, viewer;
+};
+
+void BareRead(const wchar_t* path, const wchar_t* name) {
+    BYTE value[520];
+    DWORD bytes = sizeof value;
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path, 0, KEY_READ, &key) != ERROR_SUCCESS)
+        return;
+    RegQueryValueExW(key, name, nullptr, nullptr, value, &bytes);
+    RegCloseKey(key);
+}
+
+HKEY BareSettings() {
+    HKEY key = nullptr;
+    RegCreateKeyExW(HKEY_CURRENT_USER, kSettingsKey, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &key,
+                    nullptr);
+    return key;
+}
+
+void BareWrite(const wchar_t* name, DWORD value) {
+    const HKEY key = BareSettings();
+    RegSetValueExW(key, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value), sizeof value);
+    RegCloseKey(key);
+}
+
+// Whether the newer form of the gate applies.
+void BareQueueTest() {
+    OSVERSIONINFOW version = {};
+    version.dwOSVersionInfoSize = sizeof version;
+    GetVersionExW(&version);
+    BareRead(kQueueKey, L"Attributes");
+}
+
+// Up to the process of that name, or to the end without one.
+DWORD BareSearch(const wchar_t* name) {
+    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    PROCESSENTRY32W entry = {};
+    entry.dwSize = sizeof entry;
+    BOOL more = Process32FirstW(snapshot, &entry);
+    while (more && _wcsicmp(entry.szExeFile, name) != 0)
+        more = Process32NextW(snapshot, &entry);
+    CloseHandle(snapshot);
+    return more ? entry.th32ProcessID : 0;
+}
+
+void BareProcessGate() {
+    BareQueueTest();
+    const DWORD wanted = BareSearch(kInteraction);
+    if (wanted == 0)
+        return;
+    EnumWindows(
+        [](HWND window, LPARAM companion) -> BOOL {
+            DWORD owner = 0;
+            if (!(GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE))
+                return TRUE;
+            GetWindowThreadProcessId(window, &owner);
+            return owner != static_cast<DWORD>(companion);
+        },
+        static_cast<LPARAM>(wanted));
+}
+
+void BareMappingGate() {
+    BareQueueTest();
+    const HANDLE mapping = OpenFileMappingW(FILE_MAP_ALL_ACCESS, FALSE, kSignalMappingName);
+    if (!mapping)
+        return;
+    UnmapViewOfFile(MapViewOfFile(mapping, FILE_MAP_ALL_ACCESS, 0, 0, kSignalMappingBytes));
+    CloseHandle(mapping);
+}
+
+void BareBaseName(DWORD pid) {
+    DWORD pids[1024], bytes = 0;
+    EnumProcesses(pids, sizeof pids, &bytes);
+    const HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid);
+    HMODULE module = nullptr;
+    EnumProcessModules(process, &module, sizeof(HMODULE), &bytes);
+    wchar_t name[MAX_PATH];
+    GetModuleBaseNameW(process, module, name, MAX_PATH);
+    CloseHandle(process);
+}
+
+void BareLaunch(const wchar_t* name, const std::wstring& program) {
+    if (BareSearch(name) != 0)
+        return;
+    BareRead(kProductKey, L"HelpFilePath");
+    if (program.empty())
+        return;
+    SHELLEXECUTEINFOW start = {};
+    start.cbSize = sizeof start;
+    start.fMask = SEE_MASK_NOCLOSEPROCESS;
+    start.lpVerb = L"open";
+    start.lpFile = program.c_str();
+    start.nShow = SW_SHOWNOACTIVATE;
+    ShellExecuteExW(&start);
+    CloseHandle(start.hProcess);
+}
+
+void BareStartOfDocument(const Scene& scene) {
+    const DWORD pid = GetCurrentProcessId();
+    DWORD session = 0;
+    ProcessIdToSessionId(pid, &session);
+    BareWrite(L"SessionId", session);
+    BareBaseName(pid);
+    BareWrite(L"ID", pid);
+    BareQueueTest();
+    BareLaunch(kInteraction, scene.interaction);
+
+    BYTE choice[2048];
+    DWORD bytes = sizeof choice;
+    const HKEY key = BareSettings();
+    RegQueryValueExW(key, L"LaunchKZPView", nullptr, nullptr, choice, &bytes);
+    RegCloseKey(key);
+    BareRead(kViewerKey, L"Location");
+    if (scene.viewer.empty())
+        return;
+    WIN32_FIND_DATAW found;
+    FindClose(FindFirstFileW(scene.viewer.c_str(), &found));
+    BareLaunch(kLauncher, scene.launcher);
+}
+
+// Both companions are there now, and gone afterwards.
+void EndCompanions() {
+    Require(standins::WaitReady(kInteraction) && standins::WaitReady(kLauncher) && standins::QuitAll(),
+            "a start of a document did not start both companions");
+    while (BareSearch(kInteraction) != 0 || BareSearch(kLauncher) != 0)
+        Sleep(1);
+}
+
+// The plug-in's object in a registry of its own, with a queue of these attributes.
+struct PrintingProgram {
+    const test::ScratchRegistry registry;
+    const test::TemporaryFolder folder;
+    const test::PlugInDll dll;
+    IPrintOemUI2* const object = dll.Create();
+
+    PrintingProgram() {
+        Require(object, "the plug-in serves no object");
+        SetQueue(PRINTER_ATTRIBUTE_LOCAL);
+    }
+    ~PrintingProgram() { object->Release(); }
+    PrintingProgram(const PrintingProgram&) = delete;
+    PrintingProgram& operator=(const PrintingProgram&) = delete;
+
+    static void SetQueue(DWORD attributes) {
+        test::WriteDword(HKEY_LOCAL_MACHINE, kQueueKey, L"Attributes", attributes);
+    }
+    std::wstring Place(const wchar_t* name, const wchar_t* manner) const {
+        return standins::PlaceCompanion(folder.Path(), name, manner);
+    }
+};
+
+}  // namespace
+
+void MeasureDevMode() {
+    BeginChapter("DevMode",
+                 "DevMode (the record's size) beside the platform calls of its gate: the process and window "
+                 "search of a "
+                 "spooled queue, and the named mapping of a direct one.",
+                 "plug-in", "bare calls");
+    const PrintingProgram program;
+    const auto measure = [&](const char* what, auto&& bare) {
+        const auto ask = [&] {
+            OEMDMPARAM parameter = {};
+            parameter.cbSize = sizeof parameter;
+            program.object->DevMode(OEMDM_SIZE, &parameter);
+        };
+        Compare(what, 400, kLimit, ask, bare, Nothing);
+    };
+    measure("spooled queue, companion absent", BareProcessGate);
+    {
+        const auto companion = standins::StartCompanion(program.Place(kInteraction, standins::kShowsWindow));
+        Require(companion && standins::WaitReady(kInteraction), "the companion does not start");
+        measure("spooled queue, companion on the screen", BareProcessGate);
+        standins::QuitAll();
+    }
+    PrintingProgram::SetQueue(PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_DIRECT);
+    measure("direct queue, mapping absent", BareMappingGate);
+    const UniqueKernelHandle mapping(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
+                                                        static_cast<DWORD>(kSignalMappingBytes),
+                                                        kSignalMappingName));
+    measure("direct queue, mapping present", BareMappingGate);
+}
+
+void MeasureDocumentEvents() {
+    BeginChapter(
+        "Document events",
+        "A start of a document beside the platform calls that it has to make, in turn in one run; ratio is "
+        "the "
+        "median of the rounds' own ratios. Launched: both companions are started and ended every time. An "
+        "ignored event calls nothing.",
+        "plug-in", "bare calls");
+    const PrintingProgram program;
+    const auto send = [&](INT event) {
+        INT result = 0;
+        program.object->DocumentEvent(nullptr, nullptr, event, 0, nullptr, 0, nullptr, &result);
+    };
+    const auto start = [&] { send(DOCUMENTEVENT_STARTDOC); };
+    Scene scene;
+    const auto bare = [&] { BareStartOfDocument(scene); };
+    test::WriteText(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView", L"YES");
+    Compare("start of a document, companions absent", 250, kLimit, start, bare, Nothing);
+
+    test::WriteText(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", program.folder.File(L"KZPWriter.chm"));
+    test::WriteText(HKEY_LOCAL_MACHINE, kViewerKey, L"Location", program.folder.Path() + L"\\");
+    scene.interaction = program.Place(kInteraction, standins::kDoesNothing);
+    scene.launcher = program.Place(kLauncher, standins::kDoesNothing);
+    scene.viewer = program.Place(L"PlansightApp.exe", standins::kDoesNothing);
+    Compare("start of a document, companions launched", 30, kLimit, start, bare, EndCompanions);
+
+    start();
+    Compare("start of a document, companions running", 250, kLimit, start, bare, Nothing);
+    EndCompanions();
+
+    const double ignored = Time([&] {
+        for (int i = 0; i < kIgnoredEvents; ++i)
+            send(DOCUMENTEVENT_ENDDOCPOST);
+    });
+    Report("an ignored event", ignored / kIgnoredEvents, kIgnoredEventLimit);
+}
+
+}  // namespace kzp::bench
