@@ -61,6 +61,10 @@ TEST_F(Install, SetsUpEverythingInItsOrder) {
     EXPECT_EQ(1u, MsiCloseAllHandles()) << "the session's own; the log's records are closed";
 }
 
+int WINAPI LoadAllButTheCaption(HINSTANCE module, UINT id, LPWSTR buffer, int capacity) {
+    return id == IDS_INSTALL_ERROR_CAPTION ? 0 : LoadStringW(module, id, buffer, capacity);
+}
+
 TEST_F(Install, RepeatedKeepsWhatStandsAndShowsThatTheMonitorDoes) {
     ASSERT_EQ(0u, Run("Install"));
     WriteText(HKEY_CURRENT_USER, kSettingsKey, L"Publish Directory", L"D:\\Out");
@@ -78,6 +82,10 @@ TEST_F(Install, RepeatedKeepsWhatStandsAndShowsThatTheMonitorDoes) {
                      L"log ERROR: Failed to create monitor in function AddMonitor. The Error code is: 3006\n",
                      L"SetPrinterW 2"}),
               Lines(calls.end() - 3, calls.end()));
+
+    const ImportPatch untitled(m_plugIn.Module(), "LoadStringW", AddressOf(LoadAllButTheCaption));
+    EXPECT_EQ(0u, Run("Install"));
+    EXPECT_EQ(L"Error: Failed to create new monitor", m_platform.boxes.back()) << "both texts, or neither";
 }
 
 TEST_F(Install, TakesTheFirstFieldOfItsDataAsInfPath) {
