@@ -1,5 +1,6 @@
-// The plug-in object: what the core driver's user interface talks to. Its identity, its counting and the
-// operations that it does not support live here; the others are handed to the rooms that tell their stories.
+// The plug-in object: what the core driver's user interface talks to. Its identity, its counting, what it
+// tells of itself, the helper interface and the operations that it does not support live here; the others are
+// handed to the rooms that tell their stories.
 #pragma once
 
 #include "core/ComCount.h"
@@ -10,7 +11,8 @@
 namespace kzp {
 
 // One object per session of the driver's user interface, born with one reference for its creator. Operations
-// are called on the driver's own threads; no exception leaves any of them.
+// are called on the driver's own threads. No exception of C++ leaves any of them, and none at all leaves
+// GetInfo or the release of the driver's helper.
 class KZPPrinterUI final : public IPrintOemUI2 {
   public:
     KZPPrinterUI() = default;
@@ -23,17 +25,17 @@ class KZPPrinterUI final : public IPrintOemUI2 {
     ULONG STDMETHODCALLTYPE AddRef() override;
     ULONG STDMETHODCALLTYPE Release() override;
 
-    // Signature and version, 4 bytes each. E_FAIL for a missing pointer or for `cbSize` above 4; E_NOTIMPL,
-    // with `*pcbNeeded` set, for every other mode.
+    // Signature and version, 4 bytes each. E_FAIL for a missing pointer, for `cbSize` above 4 and for a
+    // buffer that cannot be written; E_NOTIMPL, with `*pcbNeeded` set, for every other mode.
     HRESULT STDMETHODCALLTYPE GetInfo(DWORD dwMode, PVOID pBuffer, DWORD cbSize, PDWORD pcbNeeded) override;
     HRESULT STDMETHODCALLTYPE DevMode(DWORD dwMode, POEMDMPARAM pOemDMParam) override;
 
-    // Takes the driver's helper interface, once per object: a second call answers E_FAIL.
+    // Takes the driver's helper interface, for this object and for the module. E_FAIL once the object has it.
     HRESULT STDMETHODCALLTYPE PublishDriverInterface(IUnknown* pIUnknown) override;
     HRESULT STDMETHODCALLTYPE CommonUIProp(DWORD dwMode, POEMCUIPPARAM pOemCUIPParam) override;
     HRESULT STDMETHODCALLTYPE DocumentPropertySheets(PPROPSHEETUI_INFO pPSUIInfo, LPARAM lParam) override;
 
-    // The operations below, DocumentEvent apart, answer E_NOTIMPL, look at nothing and write nothing.
+    // The operations down to HideStandardUI answer E_NOTIMPL, look at nothing and write nothing.
     HRESULT STDMETHODCALLTYPE DevicePropertySheets(PPROPSHEETUI_INFO, LPARAM) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE DevQueryPrintEx(POEMUIOBJ, PDEVQUERYPRINT_INFO, PDEVMODEW, PVOID) override {
         return E_NOTIMPL;

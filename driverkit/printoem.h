@@ -2,7 +2,7 @@
 // the parameter blocks that cross the boundary between the core driver's user interface and this plug-in.
 //
 // mingw-w64 ships no printoem.h. Layouts are the kit's for x64 at natural alignment; the assertions at the
-// end hold them.
+// end hold their sizes and each field that the plug-in uses.
 #pragma once
 
 #include <windows.h>
@@ -115,14 +115,39 @@ struct OEMUIPSPARAM {
     PVOID pOemEntry;
 };
 
-static_assert(sizeof(OEM_DMEXTRAHEADER) == 12);
+// Also of what mingw-w64 itself declares.
+static_assert(sizeof(OEM_DMEXTRAHEADER) == 12 && offsetof(OEM_DMEXTRAHEADER, dwSize) == 0 &&
+              offsetof(OEM_DMEXTRAHEADER, dwSignature) == 4 && offsetof(OEM_DMEXTRAHEADER, dwVersion) == 8);
 static_assert(sizeof(OEMDMPARAM) == 72 && offsetof(OEMDMPARAM, hPrinter) == 16 &&
               offsetof(OEMDMPARAM, pOEMDMIn) == 48 && offsetof(OEMDMPARAM, pOEMDMOut) == 56 &&
               offsetof(OEMDMPARAM, cbBufSize) == 64);
-static_assert(sizeof(OEMCUIPPARAM) == 120 && offsetof(OEMCUIPPARAM, hOEMHeap) == 40 &&
+static_assert(sizeof(OEMCUIPPARAM) == 120 && offsetof(OEMCUIPPARAM, poemuiobj) == 8 &&
+              offsetof(OEMCUIPPARAM, hPrinter) == 16 && offsetof(OEMCUIPPARAM, pPrinterName) == 24 &&
+              offsetof(OEMCUIPPARAM, hModule) == 32 && offsetof(OEMCUIPPARAM, hOEMHeap) == 40 &&
               offsetof(OEMCUIPPARAM, pOEMDM) == 56 && offsetof(OEMCUIPPARAM, pDrvOptItems) == 72 &&
-              offsetof(OEMCUIPPARAM, pOEMOptItems) == 88 && offsetof(OEMCUIPPARAM, OEMCUIPCallback) == 112);
+              offsetof(OEMCUIPPARAM, cDrvOptItems) == 80 && offsetof(OEMCUIPPARAM, pOEMOptItems) == 88 &&
+              offsetof(OEMCUIPPARAM, cOEMOptItems) == 96 && offsetof(OEMCUIPPARAM, OEMCUIPCallback) == 112);
 static_assert(sizeof(USERDATA) == 56 && offsetof(USERDATA, pKeyWordName) == 16);
-static_assert(sizeof(OPTITEM) == 88 && sizeof(OPTTYPE) == 48 && sizeof(OPTPARAM) == 48 &&
-              sizeof(OIEXT) == 56 && sizeof(CPSUICBPARAM) == 64 && sizeof(PROPSHEETUI_INFO) == 48 &&
-              sizeof(PROPSHEETUI_INFO_HEADER) == 40 && sizeof(SETRESULT_INFO) == 24);
+static_assert(sizeof(OEMUIPSPARAM) == 88);
+static_assert(sizeof(OPTITEM) == 88 && offsetof(OPTITEM, Level) == 2 && offsetof(OPTITEM, Flags) == 4 &&
+              offsetof(OPTITEM, UserData) == 8 && offsetof(OPTITEM, pName) == 16 &&
+              offsetof(OPTITEM, Sel) == 24 && offsetof(OPTITEM, pOptType) == 40 &&
+              offsetof(OPTITEM, HelpIndex) == 48 && offsetof(OPTITEM, pOIExt) == 56);
+static_assert(sizeof(OPTTYPE) == 48 && offsetof(OPTTYPE, Type) == 2 && offsetof(OPTTYPE, Count) == 4 &&
+              offsetof(OPTTYPE, pOptParam) == 8);
+static_assert(sizeof(OPTPARAM) == 48 && offsetof(OPTPARAM, pData) == 8);
+static_assert(sizeof(OIEXT) == 56 && offsetof(OIEXT, cbSize) == 0 && offsetof(OIEXT, pHelpFile) == 16);
+static_assert(sizeof(CPSUICBPARAM) == 64 && offsetof(CPSUICBPARAM, Reason) == 2 &&
+              offsetof(CPSUICBPARAM, hDlg) == 8 && offsetof(CPSUICBPARAM, pOptItem) == 16 &&
+              offsetof(CPSUICBPARAM, cOptItem) == 24 && offsetof(CPSUICBPARAM, pCurItem) == 32 &&
+              offsetof(CPSUICBPARAM, OldSel) == 40);
+static_assert(sizeof(PROPSHEETUI_INFO) == 48 && offsetof(PROPSHEETUI_INFO, Reason) == 6 &&
+              offsetof(PROPSHEETUI_INFO, hComPropSheet) == 8 &&
+              offsetof(PROPSHEETUI_INFO, pfnComPropSheet) == 16 &&
+              offsetof(PROPSHEETUI_INFO, lParamInit) == 24 && offsetof(PROPSHEETUI_INFO, UserData) == 32 &&
+              offsetof(PROPSHEETUI_INFO, Result) == 40);
+static_assert(sizeof(PROPSHEETUI_INFO_HEADER) == 40 && offsetof(PROPSHEETUI_INFO_HEADER, pTitle) == 8);
+static_assert(sizeof(SETRESULT_INFO) == 24 && offsetof(SETRESULT_INFO, Result) == 16);
+static_assert(offsetof(DOCEVENT_FILTER, cElementsAllocated) == 4 &&
+              offsetof(DOCEVENT_FILTER, cElementsReturned) == 12 &&
+              offsetof(DOCEVENT_FILTER, aDocEventCall) == 16);

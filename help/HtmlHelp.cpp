@@ -43,8 +43,9 @@ HtmlHelpEntry FindEntry() {
     if (!control)
         control = LoadSystemLibrary(kControlName);
     const auto entry = FindFunction<HtmlHelpEntry>(control, MAKEINTRESOURCEA(kHtmlHelpWOrdinal));
-    // It stays: its windows outlive the call.
-    [[maybe_unused]] const HMODULE kept = control.Release();
+    // It stays for as long as the program runs: its windows and threads outlive the call and the plug-in.
+    if (entry)
+        (void)control.Release();
     return entry;
 }
 

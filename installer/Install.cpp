@@ -140,20 +140,21 @@ void ReassignPrinterPort(MSIHANDLE hInstall) {
 // otherwise: a printer that came out incomplete is deliberately no reason to roll the product back.
 extern "C" UINT WINAPI Install(MSIHANDLE hInstall) {
     using namespace kzp;
-    return GuardCallback(L"Install", L"Install", __LINE__, UINT{ERROR_SUCCESS}, [hInstall]() -> UINT {
-        std::wstring infPath;
-        if (!ReadInfPath(hInstall, infPath))
-            return ERROR_UNKNOWN_PROPERTY;
-        AddPorts();
-        InstallPrinter(infPath);
-        SpoolerService stopped = StopSpooler();
-        SetDirectPrinting();
-        StartSpoolerAndWait(hInstall, std::move(stopped));
-        // A form that stands already stays as it is.
-        AddCustomForm(kPrinterName, kCustomFormName, kFormWidthTenthMm, kFormHeightTenthMm);
-        SeedUserSettings();
-        AddPortMonitor(hInstall);
-        ReassignPrinterPort(hInstall);
-        return ERROR_SUCCESS;
-    });
+    return GuardCallback(
+        L"Install", L"installer/Install", __LINE__, UINT{ERROR_SUCCESS}, [hInstall]() -> UINT {
+            std::wstring infPath;
+            if (!ReadInfPath(hInstall, infPath))
+                return ERROR_UNKNOWN_PROPERTY;
+            AddPorts();
+            InstallPrinter(infPath);
+            SpoolerService stopped = StopSpooler();
+            SetDirectPrinting();
+            StartSpoolerAndWait(hInstall, std::move(stopped));
+            // A form that stands already stays as it is.
+            AddCustomForm(kPrinterName, kCustomFormName, kFormWidthTenthMm, kFormHeightTenthMm);
+            SeedUserSettings();
+            AddPortMonitor(hInstall);
+            ReassignPrinterPort(hInstall);
+            return ERROR_SUCCESS;
+        });
 }

@@ -16,8 +16,8 @@ extern "C" UINT WINAPI InstallMonitor(MSIHANDLE hInstall) {
     using namespace kzp;
     // Deliberately in the delivered action: a debugger stops here. Without one the action ends here.
     __debugbreak();
-    return GuardCallback(L"InstallMonitor", L"InstallMonitor", __LINE__, UINT{ERROR_INSTALL_FAILURE},
-                         [hInstall]() -> UINT {
+    return GuardCallback(L"InstallMonitor", L"installer/InstallMonitor", __LINE__,
+                         UINT{ERROR_INSTALL_FAILURE}, [hInstall]() -> UINT {
                              if (IsMonitorInstalled(kMonitorName))
                                  return ERROR_INSTALL_FAILURE;
                              const std::wstring dll = GetInstallerProperty(hInstall, kActionData);

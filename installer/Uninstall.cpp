@@ -33,10 +33,11 @@ void RemovePorts() {
 // Always answers ERROR_SUCCESS: what cannot be removed is no reason to keep the product.
 extern "C" UINT WINAPI Uninstall(MSIHANDLE hInstall) {
     using namespace kzp;
-    return GuardCallback(L"Uninstall", L"Uninstall", __LINE__, UINT{ERROR_SUCCESS}, [hInstall]() -> UINT {
-        RemovePrinterAndDriver();
-        RemovePorts();
-        RemovePortMonitor(hInstall);
-        return ERROR_SUCCESS;
-    });
+    return GuardCallback(L"Uninstall", L"installer/Uninstall", __LINE__, UINT{ERROR_SUCCESS},
+                         [hInstall]() -> UINT {
+                             RemovePrinterAndDriver();
+                             RemovePorts();
+                             RemovePortMonitor(hInstall);
+                             return ERROR_SUCCESS;
+                         });
 }

@@ -1,4 +1,4 @@
-// Ownership of Windows handles: one move-only type, and four facts for each kind of handle.
+// Ownership of Windows handles: one move-only type, and three facts for each kind of handle.
 #pragma once
 
 #include <windows.h>
@@ -51,7 +51,7 @@ class UniqueHandle {
     Type m_handle = Traits::Empty();
 };
 
-// Processes, threads, events, mappings and process snapshots opened by a call that answers null on failure.
+// Processes, threads, events and mappings: the calls answer null on failure.
 struct KernelHandleTraits {
     using Type = HANDLE;
     static Type Empty() { return nullptr; }
@@ -59,7 +59,7 @@ struct KernelHandleTraits {
 };
 using UniqueKernelHandle = UniqueHandle<KernelHandleTraits>;
 
-// Files and snapshots: the calls answer INVALID_HANDLE_VALUE on failure.
+// Files and process snapshots: the calls answer INVALID_HANDLE_VALUE on failure.
 struct FileHandleTraits {
     using Type = HANDLE;
     static Type Empty() { return INVALID_HANDLE_VALUE; }

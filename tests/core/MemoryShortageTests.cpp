@@ -23,6 +23,12 @@ void* __cdecl Allocate(size_t bytes) {
     return nullptr;
 }
 
+int g_traces = 0;
+
+void WINAPI CountTrace(const wchar_t*) {
+    ++g_traces;
+}
+
 TEST(MemoryShortage, IsAnsweredAgainAndAgain) {
     const ScratchRegistry registry;
     const PlugInDll dll;
@@ -40,8 +46,10 @@ TEST(MemoryShortage, IsAnsweredAgainAndAgain) {
     {
         const ImportPatch allocation(dll.Module(), "malloc", AddressOf(&Allocate));
         EXPECT_EQ(E_OUTOFMEMORY, present(1));
+        const ImportPatch trace(dll.Module(), "OutputDebugStringW", AddressOf(CountTrace));
         for (int time = 0; time < 100; ++time)
             EXPECT_EQ(E_OUTOFMEMORY, present(-1));
+        EXPECT_EQ(100, g_traces) << "a trace takes no memory";
     }
     EXPECT_EQ(S_OK, present(0));
     object->Release();

@@ -28,11 +28,23 @@ std::wstring TextOf(const UniqueModule& file, UINT id, LANGID language) {
     return {text + 1, *text};
 }
 
-// What a translation keeps: the number of mnemonics, placeholders and product names, and how the text ends.
+// What a translation keeps: the number of mnemonics, placeholders and product names, how the text ends, and
+// the point in numbers, for the edits take no comma.
 std::vector<std::ptrdiff_t> Kept(const std::wstring& text) {
     const wchar_t end = text.back() == L':' || text.back() == L'.' ? text.back() : L'\0';
     return {std::ranges::count(text, L'&'), std::ranges::count(text, L'%'),
-            text.find(L"KZP") != std::wstring::npos, end};
+            text.find(L"KZP") != std::wstring::npos, text.find(L"25.4") != std::wstring::npos, end};
+}
+
+TEST(Versions, StateTheCopyrightWhole) {
+    for (const wchar_t* const name : {L"KZPWriterUI.dll", L"KZPWriterRes.dll"}) {
+        const UniqueModule file(LoadLibraryExW(BesideExe(name).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+        const HRSRC version = FindResourceW(file.Get(), MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION);
+        const auto* text = static_cast<const wchar_t*>(LockResource(LoadResource(file.Get(), version)));
+        ASSERT_NE(nullptr, text);
+        EXPECT_NE(std::wstring::npos, std::wstring(text, SizeofResource(file.Get(), version) / sizeof *text)
+                                          .find(std::wstring(L"Copyright \x00A9 2026 Brimlake") + L'\0'));
+    }
 }
 
 TEST(Texts, AreThereInEveryLanguageAndFitTheBuffersOfTheirCallers) {
