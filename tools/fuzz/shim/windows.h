@@ -9,6 +9,7 @@ static_assert(sizeof(wchar_t) == 2);
 
 using BYTE = std::uint8_t;
 using BOOL = int;
+inline constexpr BOOL TRUE = 1;
 using UINT = unsigned;
 using DWORD = std::uint32_t;
 using LONG = std::int32_t;
