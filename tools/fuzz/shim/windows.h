@@ -13,18 +13,17 @@ inline constexpr BOOL TRUE = 1;
 using UINT = unsigned;
 using DWORD = std::uint32_t;
 using LONG = std::int32_t;
-using LONG_PTR = std::intptr_t;
 using LPARAM = std::intptr_t;
 using HRESULT = std::int32_t;
 using WCHAR = wchar_t;
 using PWSTR = wchar_t*;
 using PCWSTR = const wchar_t*;
-using HWND = struct HWND__*;
 using HDC = struct HDC__*;
 
 #define CALLBACK
 #define WINAPI
 
+inline constexpr BOOL TRUE = 1;
 inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005);
 inline constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000E);
 inline constexpr int LF_FACESIZE = 32;
