@@ -23,7 +23,6 @@ using HDC = struct HDC__*;
 #define CALLBACK
 #define WINAPI
 
-inline constexpr BOOL TRUE = 1;
 inline constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005);
 inline constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000E);
 inline constexpr int LF_FACESIZE = 32;
