@@ -81,7 +81,10 @@ HRESULT STDMETHODCALLTYPE KZPPrinterUI::PublishDriverInterface(IUnknown* pIUnkno
             return E_POINTER;
         // Asked twice, once for each keeper; only the second answer counts.
         (void)pIUnknown->QueryInterface(IID_IPrintOemDriverUI, reinterpret_cast<void**>(&m_pOemDriverUI));
-        return pIUnknown->QueryInterface(IID_IPrintOemDriverUI, reinterpret_cast<void**>(&g_pOemDriverUI));
+        const HRESULT result =
+            pIUnknown->QueryInterface(IID_IPrintOemDriverUI, reinterpret_cast<void**>(&m_pModuleDriverUI));
+        g_pOemDriverUI = m_pModuleDriverUI;
+        return result;
     });
 }
 
@@ -89,7 +92,7 @@ HRESULT STDMETHODCALLTYPE KZPPrinterUI::CommonUIProp(DWORD dwMode, POEMCUIPPARAM
     return GuardOperation(L"KZPPrinterUI::CommonUIProp", kSourceFile, __LINE__, [&]() -> HRESULT {
         if (pOemCUIPParam)
             m_settings.LoadFromPrinter(pOemCUIPParam->hPrinter);
-        return kzp::CommonUIProp(dwMode, pOemCUIPParam);
+        return kzp::CommonUIProp(dwMode, pOemCUIPParam, m_pModuleDriverUI);
     });
 }
 

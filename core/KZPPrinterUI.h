@@ -64,6 +64,7 @@ class KZPPrinterUI final : public IPrintOemUI2 {
   private:
     ComCount m_cRef;
     IPrintOemDriverUI* m_pOemDriverUI = nullptr;
+    IPrintOemDriverUI* m_pModuleDriverUI = nullptr;  // what this object gave the module; never released
     CKZPWriterSettings m_settings;
 };
 

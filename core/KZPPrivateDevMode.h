@@ -35,6 +35,11 @@ static_assert(offsetof(KZPPrivateDevMode, dwOptionSel1) == 12 &&
 // Printer data value that mirrors `fMargins`: REG_BINARY, exactly 16 bytes, in record order.
 inline constexpr wchar_t kMarginPrinterData[] = L"KZP Margin";
 
+// The record of the document that a parameter block presents; null without a block and without a record.
+inline KZPPrivateDevMode* RecordOf(const OEMCUIPPARAM* param) {
+    return param ? static_cast<KZPPrivateDevMode*>(param->pOEMDM) : nullptr;
+}
+
 // Brings `in`, a block of any age and of the size that it states itself, into `out`, a whole record. A
 // foreign signature only resets `out`'s header and selections. Nothing happens when either pointer is null.
 // Never reads behind the stated size of `in` nor writes behind the record `out`.

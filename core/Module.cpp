@@ -4,6 +4,6 @@ namespace kzp {
 
 HINSTANCE g_hInstance = nullptr;
 std::atomic<LONG> g_cServerLocks = 0;
-IPrintOemDriverUI* g_pOemDriverUI = nullptr;
+std::atomic<IPrintOemDriverUI*> g_pOemDriverUI = nullptr;
 
 }  // namespace kzp

@@ -17,7 +17,8 @@ extern HINSTANCE g_hInstance;
 extern std::atomic<LONG> g_cServerLocks;
 
 // Module-wide copy of the driver's helper interface for the dialogs and pages, filled by the latest
-// PublishDriverInterface. Null until then. Its reference is deliberately never released.
-extern IPrintOemDriverUI* g_pOemDriverUI;
+// PublishDriverInterface. Null until then. Its references are deliberately never released, so that every
+// interface that ever stood here stays good.
+extern std::atomic<IPrintOemDriverUI*> g_pOemDriverUI;
 
 }  // namespace kzp

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "support/Bounded.h"
+#include "support/Lock.h"
 #include "support/UniqueHandle.h"
 
 namespace kzp {
@@ -11,6 +12,8 @@ HMODULE g_hResModule = nullptr;
 DWORD g_cResModuleUses = 0;
 
 namespace {
+
+constinit SRWLOCK g_lock = SRWLOCK_INIT;
 
 constexpr wchar_t kResModuleName[] = L"KZPWriterRes.dll";
 constexpr int kTextCharacters = 260;
@@ -53,6 +56,7 @@ HMODULE LoadResModuleBeside(HMODULE module) {
 }  // namespace
 
 HMODULE AcquireResModule(HMODULE hModuleBeside) {
+    const Lock lock(g_lock);
     if (!g_hResModule)
         g_hResModule = LoadResModuleBeside(hModuleBeside);
     ++g_cResModuleUses;
@@ -60,6 +64,7 @@ HMODULE AcquireResModule(HMODULE hModuleBeside) {
 }
 
 void ReleaseResModule(HMODULE hModule) {
+    const Lock lock(g_lock);
     if (g_cResModuleUses == 0 || hModule != g_hResModule)
         return;
     if (--g_cResModuleUses != 0)

@@ -6,8 +6,8 @@
 
 namespace kzp {
 
-// The shared module while somebody uses it, and the number of acquisitions not given back. Plain variables:
-// only the thread that shows the sheet, or runs the installer action, uses them.
+// The shared module while somebody uses it, and the number of acquisitions not given back. Sheets on several
+// threads share them, behind a lock.
 extern HMODULE g_hResModule;
 extern DWORD g_cResModuleUses;
 

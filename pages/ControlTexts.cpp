@@ -3,12 +3,11 @@
 #include <prsht.h>
 
 #include "help/ResourceModule.h"
-#include "settings/SheetState.h"
 
 namespace kzp {
 
-std::wstring LoadText(UINT id, HMODULE module) {
-    const HANDLE heap = g_sheet.CurrentUIParam ? g_sheet.CurrentUIParam->hOEMHeap : GetProcessHeap();
+std::wstring LoadText(const SheetState& sheet, UINT id, HMODULE module) {
+    const HANDLE heap = sheet.CurrentUIParam ? sheet.CurrentUIParam->hOEMHeap : GetProcessHeap();
     const PWSTR block = LoadResString(heap, module, id);
     if (!block)
         return {};
@@ -17,15 +16,15 @@ std::wstring LoadText(UINT id, HMODULE module) {
     return text;
 }
 
-void LocaliseControls(HWND page, std::span<const ControlText> table) {
+void LocaliseControls(const SheetState& sheet, HWND page, std::span<const ControlText> table) {
     for (const ControlText& entry : table) {
-        if (const std::wstring text = LoadText(entry.text); !text.empty())
+        if (const std::wstring text = LoadText(sheet, entry.text); !text.empty())
             SetDlgItemTextW(page, entry.control, text.c_str());
     }
 }
 
-void LocalisePageTitle(HWND page, UINT title) {
-    if (const std::wstring text = LoadText(title); !text.empty())
+void LocalisePageTitle(const SheetState& sheet, HWND page, UINT title) {
+    if (const std::wstring text = LoadText(sheet, title); !text.empty())
         SendMessageW(page, PSM_SETTITLEW, 1, reinterpret_cast<LPARAM>(text.c_str()));
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "core/Module.h"
+#include "settings/SheetState.h"
 
 namespace kzp {
 
@@ -16,13 +17,14 @@ struct ControlText {
 };
 
 // A text of the resource module beside `module`, at most 259 characters, empty when it cannot be loaded. It
-// comes through the heap that the driver's parameter block names and is given back to it.
-std::wstring LoadText(UINT id, HMODULE module = g_hInstance);
+// comes through the heap that the sheet's parameter block names and is given back to it.
+std::wstring LoadText(const SheetState& sheet, UINT id, HMODULE module = g_hInstance);
 
 // Sets each control's text; one that cannot be loaded leaves the template's.
-void LocaliseControls(HWND page, std::span<const ControlText> table);
+void LocaliseControls(const SheetState& sheet, HWND page, std::span<const ControlText> table);
 
-// Sends text `title` to the page as PSM_SETTITLEW with wParam 1.
-void LocalisePageTitle(HWND page, UINT title);
+// Sends text `title` to the page as PSM_SETTITLEW with wParam 1. To the page, as it is meant, which does
+// nothing with a message for the sheet; the tab gets its title from the fonts dialog.
+void LocalisePageTitle(const SheetState& sheet, HWND page, UINT title);
 
 }  // namespace kzp

@@ -3,7 +3,6 @@
 #include <cstring>
 
 #include "core/Module.h"
-#include "settings/SheetState.h"
 
 namespace kzp {
 
@@ -28,13 +27,12 @@ HRESULT FindDriverOption(POEMCUIPPARAM param, PCSTR keyword, POPTITEM* item) {
     return result;
 }
 
-POPTITEM FindFeature(PCSTR keyword) {
+POPTITEM FindFeature(const SheetState& sheet, PCSTR keyword) {
     POPTITEM item = nullptr;
-    return SUCCEEDED(FindDriverOption(g_sheet.CurrentUIParam, keyword, &item)) ? item : nullptr;
+    return SUCCEEDED(FindDriverOption(sheet.CurrentUIParam, keyword, &item)) ? item : nullptr;
 }
 
-POPTITEM DriverItemAt(DWORD position) {
-    const POEMCUIPPARAM param = g_sheet.CurrentUIParam;
+POPTITEM DriverItemAt(const OEMCUIPPARAM* param, DWORD position) {
     return param && param->pDrvOptItems && position < param->cDrvOptItems ? &param->pDrvOptItems[position]
                                                                           : nullptr;
 }
@@ -53,16 +51,17 @@ PCWSTR OptionName(const OPTITEM* item, LONG position) {
     return IS_INTRESOURCE(name) ? nullptr : name;
 }
 
-void AnnounceSelection(POPTITEM item) {
-    if (item && g_sheet.CurrentUIParam && g_pOemDriverUI)
-        (void)g_pOemDriverUI->DrvUpdateUISetting(g_sheet.CurrentUIParam->poemuiobj, item, 0, OEMCUIP_DOCPROP);
+void AnnounceSelection(const SheetState& sheet, POPTITEM item) {
+    IPrintOemDriverUI* const driverUI = sheet.DriverUI ? sheet.DriverUI : g_pOemDriverUI.load();
+    if (item && sheet.CurrentUIParam && driverUI)
+        (void)driverUI->DrvUpdateUISetting(sheet.CurrentUIParam->poemuiobj, item, 0, OEMCUIP_DOCPROP);
 }
 
-void SelectOption(POPTITEM item, LONG selection) {
+void SelectOption(const SheetState& sheet, POPTITEM item, LONG selection) {
     if (!item)
         return;
     item->Sel = selection;
-    AnnounceSelection(item);
+    AnnounceSelection(sheet, item);
 }
 
 }  // namespace kzp

@@ -6,7 +6,7 @@
 
 #include <span>
 
-#include "driverkit/printoem.h"
+#include "settings/SheetState.h"
 
 namespace kzp {
 
@@ -24,11 +24,12 @@ inline constexpr char kSaveAsPreference[] = "SaveAsDialogPreference";
 // for another one. `*item` is null unless one was found; items are the driver's and are never freed here.
 HRESULT FindDriverOption(POEMCUIPPARAM param, PCSTR keyword, POPTITEM* item);
 
-// The feature's item in the open sheet, or null.
-POPTITEM FindFeature(PCSTR keyword);
+// The feature's item in a sheet, or null.
+POPTITEM FindFeature(const SheetState& sheet, PCSTR keyword);
 
-// The driver item at a fixed position of the open sheet, or null when the array is shorter.
-POPTITEM DriverItemAt(DWORD position);
+// The driver item at a fixed position of a parameter block, or null without a block and when the array is
+// shorter.
+POPTITEM DriverItemAt(const OEMCUIPPARAM* param, DWORD position);
 
 // The item's options in the driver's order; empty without a type or for a type without options.
 std::span<const OPTPARAM> OptionsOf(const OPTITEM* item);
@@ -36,11 +37,12 @@ std::span<const OPTPARAM> OptionsOf(const OPTITEM* item);
 // Name of an option; null for a position outside the list and for a name that is a resource number.
 PCWSTR OptionName(const OPTITEM* item, LONG position);
 
-// Tells the core driver through its helper interface that the item's selection changed. Nothing happens
-// without an item, an open sheet or a helper interface.
-void AnnounceSelection(POPTITEM item);
+// Tells the core driver that the selection of the sheet's item changed, through the helper interface that
+// came with the sheet, or the latest that any came with. Nothing happens without an item, a block or an
+// interface.
+void AnnounceSelection(const SheetState& sheet, POPTITEM item);
 
 // Sets and announces; nothing happens without an item.
-void SelectOption(POPTITEM item, LONG selection);
+void SelectOption(const SheetState& sheet, POPTITEM item, LONG selection);
 
 }  // namespace kzp

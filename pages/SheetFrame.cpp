@@ -1,11 +1,24 @@
 #include "pages/SheetFrame.h"
 
 #include <commctrl.h>
+#include <prsht.h>
 
 #include "resources/resource.h"
-#include "settings/SheetState.h"
 
 namespace kzp {
+
+SheetState* SheetOfPage(HWND page, UINT message, LPARAM lParam) {
+    if (message == WM_INITDIALOG) {
+        const auto* const own = reinterpret_cast<const PROPSHEETPAGEW*>(lParam);
+        SheetUse sheet = SheetOfPageParam(own ? own->lParam : 0);
+        SetWindowLongPtrW(page, DWLP_USER, reinterpret_cast<LONG_PTR>(sheet.Release()));
+    } else if (message == WM_NCDESTROY) {
+        const SheetUse closing(reinterpret_cast<SheetState*>(SetWindowLongPtrW(page, DWLP_USER, 0)));
+        if (closing)
+            LeaveToNextSheet(*closing.Get());
+    }
+    return reinterpret_cast<SheetState*>(GetWindowLongPtrW(page, DWLP_USER));
+}
 
 void PressCtrlTab(int times) {
     for (int press = 0; press < times; ++press) {
@@ -16,14 +29,14 @@ void PressCtrlTab(int times) {
     }
 }
 
-void VisitAllTabs(HWND sheet) {
-    const HWND tabs = FindWindowExW(sheet, nullptr, WC_TABCONTROLW, nullptr);
-    g_sheet.SheetTabControl = tabs;
+void VisitAllTabs(SheetState& sheet, HWND frame) {
+    const HWND tabs = FindWindowExW(frame, nullptr, WC_TABCONTROLW, nullptr);
+    sheet.SheetTabControl = tabs;
     PressCtrlTab(static_cast<int>(SendMessageW(tabs, TCM_GETITEMCOUNT, 0, 0)));
 }
 
-void EnableApply(HWND sheet) {
-    EnableWindow(GetDlgItem(sheet, IDC_SHEET_APPLY), TRUE);
+void EnableApply(HWND frame) {
+    EnableWindow(GetDlgItem(frame, IDC_SHEET_APPLY), TRUE);
 }
 
 }  // namespace kzp

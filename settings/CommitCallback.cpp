@@ -1,7 +1,5 @@
 #include "settings/CommitCallback.h"
 
-#include <cstring>
-
 #include "core/DebugTrace.h"
 #include "core/KZPPrivateDevMode.h"
 #include "pages/SheetFrame.h"
@@ -35,21 +33,20 @@ void StoreUiValue(const OEMCUIPPARAM& param) {
 }
 
 void StoreMargins(const OEMCUIPPARAM& param) {
-    if (!param.pOEMDM)
+    float margins[kMargins];
+    if (!ReadRecordMargins(RecordOf(&param), margins))
         return;
-    float margins[4];
-    std::memcpy(margins, static_cast<const KZPPrivateDevMode*>(param.pOEMDM)->fMargins, sizeof margins);
     StorePrinterData(param.hPrinter, kMarginPrinterData, REG_BINARY, margins, sizeof margins);
 }
 
-void StorePendingTexts() {
-    (void)WriteStringSetting(kLaunchView, g_pendingSettings.LaunchView);
-    (void)WriteStringSetting(kPromptFileName, g_pendingSettings.PromptFileName);
-    (void)WriteStringSetting(kPathDirs, g_pendingSettings.PathDirs);
+void StorePendingTexts(SheetState& sheet) {
+    (void)WriteStringSetting(kLaunchView, sheet.Pending.LaunchView);
+    (void)WriteStringSetting(kPromptFileName, sheet.Pending.PromptFileName);
+    (void)WriteStringSetting(kPathDirs, sheet.Pending.PathDirs);
     // Only with a custom size does an empty folder become the documents folder; the asymmetry is deliberate.
-    if (g_measures.CustomSizeSelected && g_pendingSettings.DefaultDir.empty())
-        g_pendingSettings.DefaultDir = DocumentsFolder();
-    (void)WriteStringSetting(kDefaultDir, g_pendingSettings.DefaultDir);
+    if (sheet.Measures.CustomSizeSelected && sheet.Pending.DefaultDir.empty())
+        sheet.Pending.DefaultDir = DocumentsFolder();
+    (void)WriteStringSetting(kDefaultDir, sheet.Pending.DefaultDir);
 }
 
 void PressEnter() {
@@ -58,55 +55,65 @@ void PressEnter() {
 }
 
 // Commits the paper and answers what the driver shall do.
-LONG CommitPaper() {
-    if (!g_measures.CustomSizeSelected)
+LONG CommitPaper(const SheetState& sheet, const OEMCUIPPARAM& param) {
+    if (!sheet.Measures.CustomSizeSelected)
         return CPSUICB_ACTION_OPTIF_CHANGED;
-    if (CommitCustomForm() == 0 || g_sheet.ApplyButtonVisible)
+    if (CommitCustomForm(sheet.Measures, param) == 0 || sheet.ApplyButtonVisible)
         return CPSUICB_ACTION_ITEMS_APPLIED;
     // A sheet without Apply closes once more, by its own Enter, with the new form in place.
     PressEnter();
     return CPSUICB_ACTION_NO_APPLY_EXIT;
 }
 
+// Printer, record and items are those of the block that the driver gives; what the user chose is the sheet's.
 // The order of the writes is part of what other programs may rely on.
-LONG Commit(const OEMCUIPPARAM& param) {
+LONG Commit(SheetState& sheet, const OEMCUIPPARAM& param) {
     StoreUiValue(param);
     LONG result = CPSUICB_ACTION_NO_APPLY_EXIT;
-    if (SizesValid()) {
-        StorePendingTexts();
-        CommitMargins();
-        result = CommitPaper();
+    if (SizesValid(sheet.Measures)) {
+        StorePendingTexts(sheet);
+        CommitMargins(sheet.Measures, RecordOf(&param));
+        result = CommitPaper(sheet, param);
     } else {
-        g_sheet.ApplyRefused = true;
+        sheet.ApplyRefused = true;
     }
-    SaveFontList();
-    (void)WriteDwordSetting(kOutputType, g_pendingSettings.KzpxOutput != 0 ? 2 : 1);
+    SaveFontList(sheet);
+    (void)WriteDwordSetting(kOutputType, sheet.Pending.KzpxOutput != 0 ? 2 : 1);
     StoreMargins(param);
     return result;
 }
 
 // Every page must exist before OK can be pressed, for only pages that were shown once hold their values.
-void PrimeSheet(HWND driverPage) {
-    EmbedSettingsDialog(driverPage);
-    g_sheet.SheetPrimed = true;
-    VisitAllTabs(GetParent(driverPage));
+void PrimeSheet(SheetState& sheet, HWND driverPage) {
+    EmbedSettingsDialog(sheet, driverPage);
+    sheet.SheetPrimed = true;
+    VisitAllTabs(sheet, GetParent(driverPage));
+}
+
+LONG OnEvent(const CPSUICBPARAM& event, POEMCUIPPARAM param) {
+    const bool apply = event.Reason == CPSUICB_REASON_APPLYNOW;
+    // Without a page every window of the desktop would count as its child.
+    const bool activation = event.Reason == CPSUICB_REASON_SETACTIVE && event.hDlg;
+    if (!apply && !activation)
+        return CPSUICB_ACTION_NONE;
+    const SheetUse sheet = SheetOfBlock(param);
+    if (apply)
+        return Commit(*sheet.Get(), *param);
+    if (!sheet.Get()->SheetPrimed)
+        PrimeSheet(*sheet.Get(), event.hDlg);
+    return CPSUICB_ACTION_NONE;
 }
 
 }  // namespace
 
 LONG APIENTRY CommitCallback(PCPSUICBPARAM cbparam, POEMCUIPPARAM param) {
-    // Whatever goes wrong inside keeps the sheet, and what the user typed, open.
-    return GuardCallback<LONG>(
-        L"CommitCallback", L"settings/CommitCallback", __LINE__, CPSUICB_ACTION_NO_APPLY_EXIT, [&]() -> LONG {
-            if (!cbparam)
-                return CPSUICB_ACTION_NONE;
-            if (cbparam->Reason == CPSUICB_REASON_APPLYNOW && param)
-                return Commit(*param);
-            // Without a page every window of the desktop would count as its child.
-            if (cbparam->Reason == CPSUICB_REASON_SETACTIVE && cbparam->hDlg && !g_sheet.SheetPrimed)
-                PrimeSheet(cbparam->hDlg);
-            return CPSUICB_ACTION_NONE;
-        });
+    if (!cbparam || !param)
+        return CPSUICB_ACTION_NONE;
+    // A commit that goes wrong inside keeps the sheet, and what the user typed, open.
+    const LONG fallback =
+        cbparam->Reason == CPSUICB_REASON_APPLYNOW ? CPSUICB_ACTION_NO_APPLY_EXIT : CPSUICB_ACTION_NONE;
+    return GuardCallback<LONG>(L"CommitCallback", L"settings/CommitCallback", __LINE__, fallback,
+                               [&] { return OnEvent(*cbparam, param); });
 }
 
 }  // namespace kzp

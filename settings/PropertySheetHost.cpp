@@ -6,6 +6,7 @@
 #include "pages/settings/PaperForms.h"
 #include "resources/resource.h"
 #include "settings/CommitCallback.h"
+#include "settings/SettingsStore.h"
 #include "settings/SheetState.h"
 #include "settings/TreeTrimming.h"
 
@@ -18,35 +19,58 @@ HRESULT InvalidParameter() {
     return E_FAIL;
 }
 
-LONG_PTR AddPage(PPROPSHEETUI_INFO info, int dialogId, DLGPROC procedure) {
+// A page that is never shown, or cannot be set up, then commits what is stored already, unchanged.
+void TakeWhatIsStored(SheetState& sheet) {
+    PendingSettings& pending = sheet.Pending;
+    ReadStringSetting(kLaunchView, pending.LaunchView);
+    ReadStringSetting(kPromptFileName, pending.PromptFileName);
+    ReadStringSetting(kPathDirs, pending.PathDirs);
+    ReadStringSetting(kDefaultDir, pending.DefaultDir);
+    DWORD outputType = 0;
+    ReadDwordSetting(kOutputType, outputType);
+    pending.KzpxOutput = outputType != kStoredKzp ? 1 : 0;
+    TakeStoredSizes(sheet);
+}
+
+LONG_PTR AddPage(const SheetState& sheet, PPROPSHEETUI_INFO info, int dialogId, DLGPROC procedure) {
     PROPSHEETPAGEW page = {};
     page.dwSize = sizeof page;
     page.hInstance = g_hInstance;
     page.pszTemplate = MAKEINTRESOURCEW(dialogId);
     page.pfnDlgProc = procedure;
+    page.lParam = sheet.PageParam;
     return info->pfnComPropSheet(info->hComPropSheet, CPSFUNC_ADD_PROPSHEETPAGEW,
                                  reinterpret_cast<LPARAM>(&page), 0);
 }
 
 LONG_PTR AddPages(PPROPSHEETUI_INFO info) {
-    g_sheet.SettingsPageHandle = AddPage(info, IDD_DOCUMENT_SETTINGS, DocumentSettingsPageProc);
+    const SheetUse use = AddPagesToSheet(*info);
+    SheetState& sheet = *use.Get();
+    TakeWhatIsStored(sheet);
+    sheet.SettingsPageHandle = AddPage(sheet, info, IDD_DOCUMENT_SETTINGS, DocumentSettingsPageProc);
     const LONG_PTR started =
-        info->pfnComPropSheet(info->hComPropSheet, CPSFUNC_SET_HSTARTPAGE, g_sheet.SettingsPageHandle, 0);
-    g_sheet.OutputPageHandle = AddPage(info, IDD_OUTPUT_LOCATION, OutputLocationPageProc);
-    g_sheet.ExtraPageAdded = false;
-    g_sheet.SheetInfo = *info;
+        info->pfnComPropSheet(info->hComPropSheet, CPSFUNC_SET_HSTARTPAGE, sheet.SettingsPageHandle, 0);
+    sheet.OutputPageHandle = AddPage(sheet, info, IDD_OUTPUT_LOCATION, OutputLocationPageProc);
+    sheet.ExtraPageAdded = false;
     return started;
 }
 
 }  // namespace
 
-HRESULT CommonUIProp(DWORD mode, POEMCUIPPARAM param) {
-    // Taken before anything is checked; a refused mode leaves them changed.
-    g_sheet.CurrentUIParam = param;
-    g_sheet.CurrentPrinterName = param && param->pPrinterName ? param->pPrinterName : L"";
-    if (!param || (mode != OEMCUIP_DOCPROP && mode != OEMCUIP_PRNPROP))
+HRESULT CommonUIProp(DWORD mode, POEMCUIPPARAM param, IPrintOemDriverUI* driverUI) {
+    if (!param)
         return InvalidParameter();
-    EnsureCustomForm();
+    // The printer's properties show no pages of ours: their state is for this call alone.
+    SheetState passing;
+    const SheetUse presented = mode == OEMCUIP_PRNPROP ? SheetUse() : PresentSheet(param);
+    SheetState& sheet = presented ? *presented.Get() : passing;
+    // Taken before the mode is checked; a refused one leaves them changed.
+    sheet.CurrentUIParam = param;
+    sheet.CurrentPrinterName = param->pPrinterName ? param->pPrinterName : L"";
+    sheet.DriverUI = driverUI;
+    if (mode != OEMCUIP_DOCPROP && mode != OEMCUIP_PRNPROP)
+        return InvalidParameter();
+    EnsureCustomForm(sheet);
     const bool document = mode == OEMCUIP_DOCPROP;
     if (document)
         TrimDriverTree(*param);
@@ -74,6 +98,7 @@ HRESULT DocumentPropertySheets(PPROPSHEETUI_INFO info, LPARAM lParam, const CKZP
             info->Result = 1;
             break;
         case PROPSHEETUI_REASON_DESTROY:
+            DestroySheet(*info);
             info->Result = 1;
             break;
         case PROPSHEETUI_REASON_SET_RESULT:

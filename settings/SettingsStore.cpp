@@ -21,10 +21,10 @@ RegistryKey CreateSettingsKey(HKEY root, bool* createdNew = nullptr) {
     return RegistryKey::Create(root, kSettingsKey, KEY_READ | KEY_WRITE, createdNew);
 }
 
-// Reads one value, or stores `bytes` zero bytes of `type` as its default. `query` reads and answers a Win32
-// code; `reset` clears the caller's output before a default is stored.
+// Reads one value, or stores its default: 0 for a REG_DWORD, no bytes for any other `type`. `query` reads and
+// answers a Win32 code; `reset` clears the caller's output before a default is stored.
 template <class Query, class Reset>
-int ReadOrCreate(const std::wstring& name, DWORD type, DWORD defaultBytes, Query&& query, Reset&& reset) {
+int ReadOrCreate(const std::wstring& name, DWORD type, Query&& query, Reset&& reset) {
     const HKEY root = name == kInstallDir ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
     bool createdNew = false;
     const RegistryKey key = CreateSettingsKey(root, &createdNew);
@@ -32,7 +32,8 @@ int ReadOrCreate(const std::wstring& name, DWORD type, DWORD defaultBytes, Query
         return 1;
     reset();
     const DWORD zero = 0;
-    const LSTATUS stored = key.Set(name.c_str(), type, defaultBytes != 0 ? &zero : nullptr, defaultBytes);
+    const LSTATUS stored = type == REG_DWORD ? key.Set(name.c_str(), type, &zero, sizeof zero)
+                                             : key.Set(name.c_str(), type, nullptr, 0);
     // In a key that has just come into being the default's own success is not asked for.
     return createdNew || stored == ERROR_SUCCESS ? 1 : 0;
 }
@@ -51,7 +52,7 @@ int ReadStringSetting(const std::wstring& name, std::wstring& out, bool* existed
         return 0;
     std::vector<wchar_t> text(kStringBufferCharacters);
     return ReadOrCreate(
-        name, REG_SZ, 0,
+        name, REG_SZ,
         [&](const RegistryKey& key) {
             auto bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
             const LSTATUS status = key.Query(name.c_str(), text.data(), &bytes);
@@ -72,7 +73,7 @@ int ReadDwordSetting(const std::wstring& name, DWORD& out) {
     if (!IsValidName(name))
         return 0;
     return ReadOrCreate(
-        name, REG_DWORD, sizeof out,
+        name, REG_DWORD,
         [&](const RegistryKey& key) {
             DWORD bytes = sizeof out;
             return key.Query(name.c_str(), &out, &bytes);
@@ -84,7 +85,7 @@ int ReadBinarySetting(const std::wstring& name, void* buffer, DWORD& bytes) {
     if (!IsValidName(name))
         return 0;
     return ReadOrCreate(
-        name, REG_BINARY, 0, [&](const RegistryKey& key) { return key.Query(name.c_str(), buffer, &bytes); },
+        name, REG_BINARY, [&](const RegistryKey& key) { return key.Query(name.c_str(), buffer, &bytes); },
         [&] { bytes = 0; });
 }
 

@@ -19,6 +19,7 @@ inline constexpr wchar_t kPromptFileName[] =
 inline constexpr wchar_t kDefaultDir[] = L"DefaultDir";  // REG_SZ: output folder, full path
 inline constexpr wchar_t kPathDirs[] = L"PathDirs";      // REG_SZ: folder history (pages/output)
 inline constexpr wchar_t kOutputType[] = L"OutputType";  // REG_DWORD: 1 "KZP", anything else "KZPx"
+inline constexpr DWORD kStoredKzp = 1;
 inline constexpr wchar_t kFontList[] = L"FONTLIST";      // REG_BINARY: 64 bytes a font (pages/advanced)
 inline constexpr wchar_t kSessionId[] = L"SessionId";    // REG_DWORD: session that prints
 inline constexpr wchar_t kApplicationId[] = L"ID";       // REG_DWORD: process that prints, or 0

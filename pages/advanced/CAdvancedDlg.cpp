@@ -15,14 +15,13 @@
 #include "pages/advanced/FontList.h"
 #include "resources/resource.h"
 #include "settings/SettingsStore.h"
-#include "settings/SheetState.h"
 
 namespace kzp {
 
 namespace {
 
-// Where the driven items stand among the driver's, in every configuration that this printer is installed
-// with.
+// Where the driven items stand among the driver's. Nothing but the position tells them: what stands there is
+// up to the core driver and its configuration.
 constexpr DWORD kIntentPosition = 5;
 constexpr DWORD kMethodPosition = 6;
 constexpr DWORD kFontsPosition = 9;
@@ -31,29 +30,13 @@ constexpr UINT kIntentCount = 3;
 constexpr UINT kMethodCount = 4;
 constexpr int kFontColumnWidth = 322;  // pixels
 
-// A new item state from here on counts as one with a check box.
+// A new item state from here on counts as a change of a check box. 11 is how it is kept: a state with an
+// image is 0x1000 or more, one without rarely above 3 (selected and focused).
 constexpr UINT kFirstCheckState = 11;
 
 // The first two methods stand in the driver's item the other way round; the same in both directions.
 LONG SwapMethod(LONG method) {
     return method == 0 ? 1 : method == 1 ? 0 : method;
-}
-
-// A text that is missing leaves an empty entry, for positions are selections.
-void FillList(HWND list, UINT firstText, UINT count) {
-    const HMODULE module =
-        g_sheet.CurrentUIParam ? static_cast<HMODULE>(g_sheet.CurrentUIParam->hModule) : g_hInstance;
-    const ResModuleUse texts(module);
-    for (UINT text = firstText; text < firstText + count; ++text)
-        SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(LoadText(text, module).c_str()));
-}
-
-void SetPageTitle(LONG_PTR page, UINT text) {
-    const PROPSHEETUI_INFO& info = g_sheet.SheetInfo;
-    const std::wstring title = LoadText(text);
-    if (info.pfnComPropSheet && page != 0 && !title.empty())
-        info.pfnComPropSheet(info.hComPropSheet, CPSFUNC_SET_PSUIPAGE_TITLEW, page,
-                             reinterpret_cast<LPARAM>(title.c_str()));
 }
 
 // A themed page is painted with the tab's texture, and the dialog within it otherwise would not be.
@@ -81,8 +64,8 @@ std::vector<FontRecord> ReadFontList(size_t most) {
 
 }  // namespace
 
-HWND CAdvancedDlg::Create(HWND driverPage) {
-    std::unique_ptr<CAdvancedDlg> dialog(new CAdvancedDlg);
+HWND CAdvancedDlg::Create(SheetState& sheet, HWND driverPage) {
+    std::unique_ptr<CAdvancedDlg> dialog(new CAdvancedDlg(UseSheet(sheet)));
     return CreateDialogParamW(g_hInstance, MAKEINTRESOURCEW(IDD_ADVANCED), driverPage, Procedure,
                               reinterpret_cast<LPARAM>(&dialog));
 }
@@ -134,12 +117,35 @@ INT_PTR CAdvancedDlg::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void CAdvancedDlg::OnInitDialog() {
-    g_sheet.FontsDialog = m_window;
     TakeTabTexture(m_window);
-    SetPageTitle(g_sheet.SettingsPageHandle, IDS_SETTINGS_PAGE_TITLE);
-    SetPageTitle(g_sheet.OutputPageHandle, IDS_OUTPUT_PAGE_TITLE);
+    SetPageTitle(Sheet().SettingsPageHandle, IDS_SETTINGS_PAGE_TITLE);
+    SetPageTitle(Sheet().OutputPageHandle, IDS_OUTPUT_PAGE_TITLE);
     FillColourLists();
     FillFontList();
+    // A dialog that could not be filled has no fonts to store.
+    Sheet().FontsDialog = m_window;
+}
+
+void CAdvancedDlg::SetPageTitle(LONG_PTR page, UINT text) const {
+    const PROPSHEETUI_INFO& info = Sheet().SheetInfo;
+    const std::wstring title = LoadText(Sheet(), text);
+    if (info.pfnComPropSheet && page != 0 && !title.empty())
+        info.pfnComPropSheet(info.hComPropSheet, CPSFUNC_SET_PSUIPAGE_TITLEW, page,
+                             reinterpret_cast<LPARAM>(title.c_str()));
+}
+
+// A text that is missing leaves an empty entry, for positions are selections.
+void CAdvancedDlg::FillList(HWND list, UINT firstText, UINT count) const {
+    const OEMCUIPPARAM* const param = Sheet().CurrentUIParam;
+    const HMODULE module = param ? static_cast<HMODULE>(param->hModule) : g_hInstance;
+    const ResModuleUse texts(module);
+    for (UINT text = firstText; text < firstText + count; ++text)
+        SendMessageW(list, CB_ADDSTRING, 0,
+                     reinterpret_cast<LPARAM>(LoadText(Sheet(), text, module).c_str()));
+}
+
+POPTITEM CAdvancedDlg::ItemAt(DWORD position) const {
+    return DriverItemAt(Sheet().CurrentUIParam, position);
 }
 
 void CAdvancedDlg::FillColourLists() {
@@ -147,9 +153,9 @@ void CAdvancedDlg::FillColourLists() {
     const HWND methods = GetDlgItem(m_window, IDC_ICM_METHOD);
     FillList(intents, IDS_ICM_INTENT_FIRST, kIntentCount);
     FillList(methods, IDS_ICM_METHOD_FIRST, kMethodCount);
-    if (const OPTITEM* const intent = DriverItemAt(kIntentPosition))
+    if (const OPTITEM* const intent = ItemAt(kIntentPosition))
         SendMessageW(intents, CB_SETCURSEL, static_cast<WPARAM>(intent->Sel), 0);
-    if (const OPTITEM* const method = DriverItemAt(kMethodPosition))
+    if (const OPTITEM* const method = ItemAt(kMethodPosition))
         SendMessageW(methods, CB_SETCURSEL, static_cast<WPARAM>(SwapMethod(method->Sel)), 0);
 }
 
@@ -166,7 +172,7 @@ void CAdvancedDlg::FillFontList() {
 
     // The choice is made as if the user had clicked it: the driver's item and the Apply button follow already
     // now.
-    const OPTITEM* const item = DriverItemAt(kFontsPosition);
+    const OPTITEM* const item = ItemAt(kFontsPosition);
     const FontChoice choice = ChooseFonts(item ? item->Sel : kAllFonts, stored.size(), listed.size());
     CheckRadioButton(m_window, IDC_FONTS_ALL, IDC_FONTS_SELECT, IDC_FONTS_ALL + choice);
     TakeChoice(choice);
@@ -179,11 +185,11 @@ void CAdvancedDlg::FillFontList() {
     }
 }
 
-// The next sheet embeds the dialog again.
+// The page that is activated next gets a dialog again.
 void CAdvancedDlg::OnDestroy() {
-    g_sheet.SheetPrimed = false;
-    if (g_sheet.FontsDialog == m_window)
-        g_sheet.FontsDialog = nullptr;
+    Sheet().SheetPrimed = false;
+    if (Sheet().FontsDialog == m_window)
+        Sheet().FontsDialog = nullptr;
 }
 
 bool CAdvancedDlg::OnCommand(int control, UINT code) {
@@ -219,17 +225,17 @@ void CAdvancedDlg::TakeChoice(FontChoice choice) {
     EnableWindow(m_fonts.Window(), choice == kSelectedFonts);
     if (choice != kSelectedFonts)
         m_fonts.CheckAll(choice == kAllFonts);
-    SelectOption(DriverItemAt(kFontsPosition), choice);
+    SelectOption(Sheet(), ItemAt(kFontsPosition), choice);
     EnableApply();
 }
 
 void CAdvancedDlg::OnIntentChosen() {
-    SelectOption(DriverItemAt(kIntentPosition), Selection(IDC_ICM_INTENT));
+    SelectOption(Sheet(), ItemAt(kIntentPosition), Selection(IDC_ICM_INTENT));
     EnableApply();
 }
 
 void CAdvancedDlg::OnMethodChosen() {
-    SelectOption(DriverItemAt(kMethodPosition), SwapMethod(Selection(IDC_ICM_METHOD)));
+    SelectOption(Sheet(), ItemAt(kMethodPosition), SwapMethod(Selection(IDC_ICM_METHOD)));
     EnableApply();
 }
 
@@ -251,8 +257,8 @@ void CAdvancedDlg::SaveFontList() const {
     WriteBinarySetting(kFontList, records.data(), static_cast<DWORD>(records.size() * sizeof(FontRecord)));
 }
 
-void SaveFontList() {
-    if (const CAdvancedDlg* const dialog = CAdvancedDlg::Of(g_sheet.FontsDialog))
+void SaveFontList(const SheetState& sheet) {
+    if (const CAdvancedDlg* const dialog = CAdvancedDlg::Of(sheet.FontsDialog))
         dialog->SaveFontList();
 }
 

@@ -1,5 +1,6 @@
 #include "pages/output/EmbeddedDialog.h"
 
+#include <atomic>
 #include <cwchar>
 #include <vector>
 
@@ -8,7 +9,6 @@
 #include "pages/advanced/CAdvancedDlg.h"
 #include "pages/output/OsClass.h"
 #include "resources/resource.h"
-#include "settings/SheetState.h"
 #include "support/WindowsVersion.h"
 
 namespace kzp {
@@ -19,14 +19,16 @@ constexpr DWORD kModulePathCharacters = 4096;
 constexpr int kNoticeCharacters = 780;
 constexpr wchar_t kRestrictedProcess[] = L"ieuser.exe";
 
-// The first child ever met in this process ends an enumeration that comes back to it.
+// The first child that any sheet of this process has hidden.
+constinit std::atomic<HWND> g_firstHiddenChild = nullptr;
+
+// The first child ever met ends an enumeration that comes back to it. A page meets its own first child once,
+// so this stops only where a sheet's page is activated again unprimed, or a later window got that handle;
+// kept.
 BOOL CALLBACK HideChild(HWND child, LPARAM) {
     ShowWindow(child, SW_HIDE);
-    if (child == g_sheet.FirstHiddenChild)
-        return FALSE;
-    if (!g_sheet.FirstHiddenChild)
-        g_sheet.FirstHiddenChild = child;
-    return TRUE;
+    HWND first = nullptr;
+    return g_firstHiddenChild.compare_exchange_strong(first, child) || child != first;
 }
 
 // The comparison minds the case.
@@ -54,14 +56,14 @@ void ShowNotice(HWND page) {
 
 }  // namespace
 
-void EmbedSettingsDialog(HWND driverPage) {
+void EmbedSettingsDialog(SheetState& sheet, HWND driverPage) {
     EnumChildWindows(driverPage, HideChild, 0);
     // Later systems get the dialog in that process too: this is how it is meant.
     if (CurrentOsClass() == kOsClassNt60 && IsRestrictedProcess()) {
         ShowNotice(driverPage);
         return;
     }
-    ShowWindow(CAdvancedDlg::Create(driverPage), SW_SHOW);
+    ShowWindow(CAdvancedDlg::Create(sheet, driverPage), SW_SHOW);
 }
 
 }  // namespace kzp

@@ -1,10 +1,11 @@
 #include "pages/output/OutputFolder.h"
 
+#include <algorithm>
+
 #include "pages/ControlTexts.h"
 #include "pages/output/FolderHistory.h"
 #include "resources/resource.h"
 #include "settings/SettingsStore.h"
-#include "settings/SheetState.h"
 #include "support/QuietDrives.h"
 #include "support/Shell.h"
 #include "support/UniqueHandle.h"
@@ -45,16 +46,18 @@ bool CanCreateFileIn(const std::wstring& folder) {
     return true;
 }
 
-void TellFolderIsUnusable() {
-    MessageBoxW(nullptr, LoadText(IDS_FOLDER_ERROR_TEXT).c_str(), LoadText(IDS_FOLDER_ERROR_CAPTION).c_str(),
-                MB_ICONEXCLAMATION | MB_OK | MB_TOPMOST);
+void TellFolderIsUnusable(const SheetState& sheet) {
+    MessageBoxW(nullptr, LoadText(sheet, IDS_FOLDER_ERROR_TEXT).c_str(),
+                LoadText(sheet, IDS_FOLDER_ERROR_CAPTION).c_str(), MB_ICONEXCLAMATION | MB_OK | MB_TOPMOST);
 }
 
 std::wstring ListEntry(HWND list, int index) {
-    const LRESULT length = SendMessageW(list, CB_GETLBTEXTLEN, static_cast<WPARAM>(index), 0);
-    std::wstring text(length > 0 ? static_cast<size_t>(length) : 0, L'\0');
-    if (length > 0)
+    // The length may be more than what the text then has, never less.
+    const LRESULT room = SendMessageW(list, CB_GETLBTEXTLEN, static_cast<WPARAM>(index), 0);
+    std::wstring text(room > 0 ? static_cast<size_t>(room) : 0, L'\0');
+    const LRESULT length =
         SendMessageW(list, CB_GETLBTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.data()));
+    text.resize(length > 0 ? std::min(text.size(), static_cast<size_t>(length)) : 0);
     return text;
 }
 
@@ -62,8 +65,8 @@ int ListCount(HWND list) {
     return static_cast<int>(SendMessageW(list, CB_GETCOUNT, 0, 0));
 }
 
-// Index of the first entry that equals `folder` in every character, case included; the count when there is
-// none.
+// Index of the first entry that equals `folder` in every character; the count when there is none. Folders
+// that differ in case alone are deliberately two entries.
 int FindInList(HWND list, const std::wstring& folder) {
     const int count = ListCount(list);
     int index = 0;
@@ -75,7 +78,7 @@ int FindInList(HWND list, const std::wstring& folder) {
 // Adds `folder` to the stored history and to the list; both lose the oldest entry when the history is full.
 // The history is taken from the store each time, not from what is pending: of two folders that are added
 // before a commit only the second is in the history to come, while the list shows both.
-void AddToHistory(HWND list, const std::wstring& folder) {
+void AddToHistory(SheetState& sheet, HWND list, const std::wstring& folder) {
     std::wstring history;
     ReadStringSetting(kPathDirs, history);
     if (IsHistoryFull(history)) {
@@ -86,7 +89,7 @@ void AddToHistory(HWND list, const std::wstring& folder) {
         AppendFolder(history, folder);
         SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(folder.c_str()));
     }
-    g_pendingSettings.PathDirs = history;
+    sheet.Pending.PathDirs = history;
 }
 
 }  // namespace
@@ -113,9 +116,9 @@ int BrowseForFolder(PCWSTR title, HWND owner, std::wstring& folder) {
     return 0;
 }
 
-int ValidateOutputFolder(HWND page, const std::wstring& folder) {
+int ValidateOutputFolder(SheetState& sheet, HWND page, const std::wstring& folder) {
     if (!folder.empty() && !CanCreateFileIn(folder)) {
-        TellFolderIsUnusable();
+        TellFolderIsUnusable(sheet);
         return 0;
     }
     // A drop-down list does not show a text that is set this way; nothing depends on it.
@@ -126,16 +129,16 @@ int ValidateOutputFolder(HWND page, const std::wstring& folder) {
     const HWND list = GetDlgItem(page, IDC_FOLDER);
     int index = FindInList(list, folder);
     if (index == ListCount(list)) {
-        AddToHistory(list, folder);
+        AddToHistory(sheet, list, folder);
         index = ListCount(list) - 1;
     }
     if (folder.empty()) {
         wchar_t shown[MAX_PATH] = {};
         GetDlgItemTextW(page, IDC_FOLDER, shown, MAX_PATH);
-        g_pendingSettings.DefaultDir = shown;
+        sheet.Pending.DefaultDir = shown;
     } else {
         SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
-        g_pendingSettings.DefaultDir = folder;
+        sheet.Pending.DefaultDir = folder;
     }
     return 1;
 }

@@ -2,9 +2,9 @@
 // over once a file could be created in it.
 #pragma once
 
-#include <windows.h>
-
 #include <string>
+
+#include "settings/SheetState.h"
 
 namespace kzp {
 
@@ -20,6 +20,6 @@ int BrowseForFolder(PCWSTR title, HWND owner, std::wstring& folder);
 // document location" is checked, into the pending folder and the pending history. An empty folder passes
 // unproven and takes over what the list shows. 0 when no file could be created, with everything as it was and
 // the user told; otherwise 1.
-int ValidateOutputFolder(HWND page, const std::wstring& folder);
+int ValidateOutputFolder(SheetState& sheet, HWND page, const std::wstring& folder);
 
 }  // namespace kzp

@@ -13,7 +13,6 @@
 #include "pages/output/OutputFolder.h"
 #include "resources/resource.h"
 #include "settings/SettingsStore.h"
-#include "settings/SheetState.h"
 #include "support/QuietDrives.h"
 
 namespace kzp {
@@ -37,8 +36,8 @@ constexpr LONG kToDocuments = 0;
 constexpr LONG kToUserFolder = 1;
 
 // The first of the plug-in's own items mirrors the choice; the driver need not pass any.
-POPTITEM OutputLocationItem() {
-    const POEMCUIPPARAM param = g_sheet.CurrentUIParam;
+POPTITEM OutputLocationItem(const SheetState& sheet) {
+    const POEMCUIPPARAM param = sheet.CurrentUIParam;
     return param && param->pOEMOptItems && param->cOEMOptItems > 0 ? param->pOEMOptItems : nullptr;
 }
 
@@ -54,19 +53,19 @@ void StoreDocumentsFolder(HWND page, const std::wstring& documents) {
 }
 
 // The mixed-case "No" is what is stored; readers do not mind the case.
-void TakePromptChoice(HWND page) {
-    g_pendingSettings.PromptFileName =
+void TakePromptChoice(SheetState& sheet, HWND page) {
+    sheet.Pending.PromptFileName =
         IsDlgButtonChecked(page, IDC_PROMPT_FILE_NAME) == BST_CHECKED ? L"YES" : L"No";
 }
 
-void ShowPromptChoice(HWND page) {
+void ShowPromptChoice(SheetState& sheet, HWND page) {
     std::wstring prompt;
     ReadStringSetting(kPromptFileName, prompt);
     const bool isNo = !IsPrefixOfYes(prompt) && IsPrefixOfNo(prompt);
     CheckDlgButton(page, IDC_PROMPT_FILE_NAME, isNo ? BST_UNCHECKED : BST_CHECKED);
     if (!isNo)
         WriteStringSetting(kPromptFileName, L"YES");
-    TakePromptChoice(page);
+    TakePromptChoice(sheet, page);
 }
 
 // The stored folder counts only while it can be entered; the process deliberately stays in it.
@@ -75,7 +74,7 @@ bool EnterUserFolder(const std::wstring& folder, const std::wstring& documents) 
     return folder != documents && _wchdir(folder.c_str()) == 0;
 }
 
-void ShowLocation(HWND page) {
+void ShowLocation(SheetState& sheet, HWND page) {
     EnableFolderControls(page, false);
     const std::wstring documents = DocumentsFolder();
     std::wstring folder;
@@ -88,44 +87,44 @@ void ShowLocation(HWND page) {
         EnableFolderControls(page, true);
     else
         StoreDocumentsFolder(page, documents);
-    ReadStringSetting(kDefaultDir, g_pendingSettings.DefaultDir);
+    ReadStringSetting(kDefaultDir, sheet.Pending.DefaultDir);
 }
 
-void ShowHistory(HWND page) {
+void ShowHistory(SheetState& sheet, HWND page) {
     std::wstring history;
     if (!ReadStringSetting(kPathDirs, history))
         return;
-    g_pendingSettings.PathDirs = history;
+    sheet.Pending.PathDirs = history;
     const HWND list = GetDlgItem(page, IDC_FOLDER);
     for (const std::wstring& entry : HistoryEntries(history)) {
         const LRESULT index = SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
-        if (entry == g_pendingSettings.DefaultDir)
+        if (entry == sheet.Pending.DefaultDir)
             SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
     }
 }
 
-void OnInit(HWND page) {
-    if (!g_sheet.SheetPrimed)
-        VisitAllTabs(GetParent(page));
+void OnInit(SheetState& sheet, HWND page) {
+    if (!sheet.SheetPrimed)
+        VisitAllTabs(sheet, GetParent(page));
     const ResModuleUse texts(g_hInstance);
-    LocalisePageTitle(page, IDS_OUTPUT_PAGE_TITLE);
-    LocaliseControls(page, kTexts);
-    ShowPromptChoice(page);
-    ShowLocation(page);
-    ShowHistory(page);
+    LocalisePageTitle(sheet, page, IDS_OUTPUT_PAGE_TITLE);
+    LocaliseControls(sheet, page, kTexts);
+    ShowPromptChoice(sheet, page);
+    ShowLocation(sheet, page);
+    ShowHistory(sheet, page);
 }
 
-void OnPromptClicked(HWND page) {
-    TakePromptChoice(page);
+void OnPromptClicked(SheetState& sheet, HWND page) {
+    TakePromptChoice(sheet, page);
     EnableApply(GetParent(page));
 }
 
-void OnDocumentsLocation(HWND page) {
+void OnDocumentsLocation(SheetState& sheet, HWND page) {
     EnableFolderControls(page, false);
     const std::wstring documents = DocumentsFolder();
     StoreDocumentsFolder(page, documents);
-    g_pendingSettings.DefaultDir = documents;
-    SelectOption(OutputLocationItem(), kToDocuments);
+    sheet.Pending.DefaultDir = documents;
+    SelectOption(sheet, OutputLocationItem(sheet), kToDocuments);
     EnableApply(GetParent(page));
 }
 
@@ -134,33 +133,34 @@ void OnSourceLocation(HWND page) {
     EnableApply(GetParent(page));
 }
 
-void OnUserLocation(HWND page) {
+void OnUserLocation(SheetState& sheet, HWND page) {
     EnableWindow(GetDlgItem(page, IDC_FOLDER), TRUE);
     std::wstring folder;
     if (ReadStringSetting(kDefaultDir, folder))
-        ValidateOutputFolder(page, folder != DocumentsFolder() ? folder : std::wstring());
+        ValidateOutputFolder(sheet, page, folder != DocumentsFolder() ? folder : std::wstring());
     EnableFolderControls(page, true);
-    SelectOption(OutputLocationItem(), kToUserFolder);
+    SelectOption(sheet, OutputLocationItem(sheet), kToUserFolder);
     EnableApply(GetParent(page));
 }
 
-void OnBrowse(HWND page) {
+// The Apply button stays as it is, unlike with every other choice; this is kept.
+void OnBrowse(SheetState& sheet, HWND page) {
     std::wstring folder;
-    BrowseForFolder(LoadText(IDS_BROWSE_TITLE).c_str(), page, folder);
+    BrowseForFolder(LoadText(sheet, IDS_BROWSE_TITLE).c_str(), page, folder);
     if (!folder.empty())
-        ValidateOutputFolder(page, folder);
+        ValidateOutputFolder(sheet, page, folder);
 }
 
-void OnFolderSelected(HWND page) {
+void OnFolderSelected(SheetState& sheet, HWND page) {
     wchar_t folder[MAX_PATH] = {};
     if (GetDlgItemTextW(page, IDC_FOLDER, folder, MAX_PATH) > 0)
-        g_pendingSettings.DefaultDir = folder;
+        sheet.Pending.DefaultDir = folder;
     EnableApply(GetParent(page));
 }
 
-bool OnFolderNotification(HWND page, UINT code) {
+bool OnFolderNotification(SheetState& sheet, HWND page, UINT code) {
     if (code == CBN_SELCHANGE)
-        OnFolderSelected(page);
+        OnFolderSelected(sheet, page);
     else if (code == CBN_EDITCHANGE)
         EnableApply(GetParent(page));
     else
@@ -168,26 +168,26 @@ bool OnFolderNotification(HWND page, UINT code) {
     return true;
 }
 
-bool OnCommand(HWND page, int control, UINT code) {
+bool OnCommand(SheetState& sheet, HWND page, int control, UINT code) {
     if (control == IDC_FOLDER)
-        return OnFolderNotification(page, code);
+        return OnFolderNotification(sheet, page, code);
     if (code != BN_CLICKED)
         return false;
     switch (control) {
         case IDC_PROMPT_FILE_NAME:
-            OnPromptClicked(page);
+            OnPromptClicked(sheet, page);
             return true;
         case IDC_DOCUMENTS_LOCATION:
-            OnDocumentsLocation(page);
+            OnDocumentsLocation(sheet, page);
             return true;
         case IDC_SOURCE_LOCATION:
             OnSourceLocation(page);
             return true;
         case IDC_USER_LOCATION:
-            OnUserLocation(page);
+            OnUserLocation(sheet, page);
             return true;
         case IDC_BROWSE:
-            OnBrowse(page);
+            OnBrowse(sheet, page);
             return true;
         case IDC_HELP_OUTPUT:
             ShowHelp();
@@ -197,13 +197,13 @@ bool OnCommand(HWND page, int control, UINT code) {
     }
 }
 
-INT_PTR OnMessage(HWND page, UINT message, WPARAM wParam) {
+INT_PTR OnMessage(SheetState& sheet, HWND page, UINT message, WPARAM wParam) {
     switch (message) {
         case WM_INITDIALOG:
-            OnInit(page);
+            OnInit(sheet, page);
             return 0;  // the sheet keeps the keyboard focus where it is
         case WM_COMMAND:
-            return OnCommand(page, LOWORD(wParam), HIWORD(wParam)) ? 1 : 0;
+            return OnCommand(sheet, page, LOWORD(wParam), HIWORD(wParam)) ? 1 : 0;
         default:
             return 0;
     }
@@ -211,9 +211,12 @@ INT_PTR OnMessage(HWND page, UINT message, WPARAM wParam) {
 
 }  // namespace
 
-INT_PTR CALLBACK OutputLocationPageProc(HWND page, UINT message, WPARAM wParam, LPARAM) {
+INT_PTR CALLBACK OutputLocationPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
     return GuardCallback<INT_PTR>(L"OutputLocationPageProc", L"pages/output/OutputLocationPage", __LINE__, 0,
-                                  [&] { return OnMessage(page, message, wParam); });
+                                  [&]() -> INT_PTR {
+                                      SheetState* const sheet = SheetOfPage(page, message, lParam);
+                                      return sheet ? OnMessage(*sheet, page, message, wParam) : 0;
+                                  });
 }
 
 }  // namespace kzp

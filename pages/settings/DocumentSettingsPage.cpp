@@ -10,24 +10,18 @@
 #include "pages/ControlTexts.h"
 #include "pages/SheetFrame.h"
 #include "pages/settings/DriverControls.h"
-#include "pages/settings/Measures.h"
 #include "pages/settings/NumericEdits.h"
 #include "pages/settings/PageLeaving.h"
 #include "pages/settings/PaperForms.h"
 #include "pages/settings/SizeRow.h"
 #include "resources/resource.h"
 #include "settings/SettingsStore.h"
-#include "settings/SheetState.h"
 
 namespace kzp {
 
 namespace {
 
-// While WM_INITDIALOG runs: a standard paper is not judged before the page is filled.
-constinit bool g_initialising = false;
-
 constexpr unsigned kSpinFloor = 0;
-constexpr DWORD kStoredKzp = 1;  // "OutputType"; anything else is KZPx
 
 constexpr ControlText kTexts[] = {
     {IDC_PAPER_LABEL, IDS_PAPER_LABEL},
@@ -54,120 +48,126 @@ constexpr ControlText kTexts[] = {
     {IDC_PAPER_GROUP, IDS_PAPER_GROUP},
 };
 
-void LocaliseTexts(HWND page) {
-    LocaliseControls(page, kTexts);
-    LocalisePageTitle(page, IDS_SETTINGS_PAGE_TITLE);
+void LocaliseTexts(const SheetState& sheet, HWND page) {
+    LocaliseControls(sheet, page, kTexts);
+    LocalisePageTitle(sheet, page, IDS_SETTINGS_PAGE_TITLE);
 }
 
 // Anything but a "NO" means yes, and is stored as such.
-void ShowViewerChoice(HWND page) {
+void ShowViewerChoice(SheetState& sheet, HWND page) {
     std::wstring stored;
     ReadStringSetting(kLaunchView, stored);
     const bool launch = IsPrefixOfYes(stored) || !IsPrefixOfNo(stored);
     CheckDlgButton(page, IDC_DISPLAY_IN_VIEWER, launch ? BST_CHECKED : BST_UNCHECKED);
-    g_pendingSettings.LaunchView = launch ? L"YES" : L"NO";
+    sheet.Pending.LaunchView = launch ? L"YES" : L"NO";
     if (launch)
         WriteStringSetting(kLaunchView, L"YES");
 }
 
-void ShowOutputType(HWND page) {
+void ShowOutputType(SheetState& sheet, HWND page) {
     DWORD stored = 0;
     ReadDwordSetting(kOutputType, stored);
     const bool kzpx = stored != kStoredKzp;
     CheckRadioButton(page, IDC_OUTPUT_KZPX, IDC_OUTPUT_KZP, kzpx ? IDC_OUTPUT_KZPX : IDC_OUTPUT_KZP);
-    g_pendingSettings.KzpxOutput = kzpx ? 1 : 0;
+    sheet.Pending.KzpxOutput = kzpx ? 1 : 0;
 }
 
 // Without the driver's unit nothing is shown in the edits; the record's margins then go through unchanged.
-void ShowSizes(HWND page) {
-    if (!HasDriverUnit()) {
-        TakeRecordMargins();
-    } else if (g_measures.unit == kMillimeters) {
-        ShowCustomForm(page, 1.0, false, true);
-    } else {
-        ShowCustomForm(page, 25.4, true, true);
-        ConvertUnits(page, kInches);
-    }
+void ShowSizes(SheetState& sheet, HWND page) {
+    if (!TakeDriverUnit(sheet))
+        return;
+    ShowCustomForm(sheet, page, true);
+    if (sheet.Measures.unit == kInches)
+        ConvertUnits(sheet.Measures, page, kInches);
 }
 
 // The style is asked, for the sheet itself is not on the screen yet when its first page is set up.
-bool ApplyIsVisible(HWND sheet) {
-    const HWND apply = GetDlgItem(sheet, IDC_SHEET_APPLY);
+bool ApplyIsVisible(HWND frame) {
+    const HWND apply = GetDlgItem(frame, IDC_SHEET_APPLY);
     return apply && (GetWindowLongW(apply, GWL_STYLE) & WS_VISIBLE);
 }
 
-void OnInit(HWND page) {
-    struct Initialising {
-        Initialising() { g_initialising = true; }
-        ~Initialising() { g_initialising = false; }
-    } const initialising;
-    const HWND sheet = GetParent(page);
-    if (!g_sheet.SheetPrimed)
-        VisitAllTabs(sheet);
+class Initialising {
+  public:
+    explicit Initialising(SheetState& sheet) : m_sheet(sheet) { m_sheet.Initialising = true; }
+    ~Initialising() { m_sheet.Initialising = false; }
+    Initialising(const Initialising&) = delete;
+    Initialising& operator=(const Initialising&) = delete;
+
+  private:
+    SheetState& m_sheet;
+};
+
+void OnInit(SheetState& sheet, HWND page) {
+    const Initialising initialising(sheet);
+    const HWND frame = GetParent(page);
+    if (!sheet.SheetPrimed)
+        VisitAllTabs(sheet, frame);
+    ForgetEdits(sheet.Measures);
+    TakeStoredSizes(sheet);
     const ResModuleUse texts(g_hInstance);
-    ForgetEdits();
-    LocaliseTexts(page);
-    FillPaperList(page);
-    ShowDriverSelections(page);
-    ShowViewerChoice(page);
-    ShowOutputType(page);
-    RememberOffsets(page);
-    SelectPaper(page);
-    ShowSizes(page);
-    g_sheet.ApplyButtonVisible = ApplyIsVisible(sheet);
+    LocaliseTexts(sheet, page);
+    FillPaperList(sheet, page);
+    ShowDriverSelections(sheet, page);
+    ShowViewerChoice(sheet, page);
+    ShowOutputType(sheet, page);
+    RememberOffsets(sheet, page);
+    SelectPaper(sheet, page);
+    ShowSizes(sheet, page);
+    sheet.ApplyButtonVisible = ApplyIsVisible(frame);
 }
 
 // Converts from the unit still recorded.
-void OnUnit(HWND page, DWORD unit) {
-    if (!SelectDriverUnit(unit))
+void OnUnit(SheetState& sheet, HWND page, DWORD unit) {
+    if (!SelectDriverUnit(sheet, unit))
         return;
-    ConvertUnits(page, unit);
-    g_measures.unit = unit;
+    ConvertUnits(sheet.Measures, page, unit);
+    sheet.Measures.unit = unit;
 }
 
-void OnOrientation(HWND page, int button) {
-    ApplyControlToDriver(page, button);
-    g_measures.orientation = button == IDC_PORTRAIT ? 1 : 0;
+void OnOrientation(SheetState& sheet, HWND page, int button) {
+    ApplyControlToDriver(sheet, page, button);
+    sheet.Measures.orientation = button == IDC_PORTRAIT ? 1 : 0;
 }
 
-void OnButton(HWND page, int button) {
+void OnButton(SheetState& sheet, HWND page, int button) {
     switch (button) {
         case IDC_HELP_SETTINGS:
             return ShowHelp();
         case IDC_INCHES:
-            return OnUnit(page, kInches);
+            return OnUnit(sheet, page, kInches);
         case IDC_MILLIMETERS:
-            return OnUnit(page, kMillimeters);
+            return OnUnit(sheet, page, kMillimeters);
         case IDC_PORTRAIT:
         case IDC_LANDSCAPE:
-            return OnOrientation(page, button);
+            return OnOrientation(sheet, page, button);
         case IDC_DISPLAY_IN_VIEWER:
-            return ApplyControlToDriver(page, button);
+            return ApplyControlToDriver(sheet, page, button);
         case IDC_OUTPUT_KZPX:
         case IDC_OUTPUT_KZP:
-            g_pendingSettings.KzpxOutput = button == IDC_OUTPUT_KZPX ? 1 : 0;
+            sheet.Pending.KzpxOutput = button == IDC_OUTPUT_KZPX ? 1 : 0;
             return;
         default:
             return;
     }
 }
 
-void OnSelection(HWND page, int list) {
-    ApplyControlToDriver(page, list);
+void OnSelection(SheetState& sheet, HWND page, int list) {
+    ApplyControlToDriver(sheet, page, list);
     if (list == IDC_PAPER)
-        SelectPaper(page);
+        SelectPaper(sheet, page);
 }
 
-INT_PTR OnCommand(HWND page, int control, UINT notification) {
+INT_PTR OnCommand(SheetState& sheet, HWND page, int control, UINT notification) {
     switch (notification) {
         case BN_CLICKED:
-            OnButton(page, control);
+            OnButton(sheet, page, control);
             break;
         case CBN_SELCHANGE:
-            OnSelection(page, control);
+            OnSelection(sheet, page, control);
             break;
         case EN_CHANGE:
-            FilterNumericEdit(page, control);
+            FilterNumericEdit(sheet.Measures, page, control);
             break;
         default:
             return 0;
@@ -177,8 +177,8 @@ INT_PTR OnCommand(HWND page, int control, UINT notification) {
 }
 
 // Held down, the buttons report longer steps; those repeat the direction of the click.
-void OnSpin(HWND page, int edit, int step) {
-    LONG& direction = g_measures.lastSpinDirection;
+void OnSpin(SheetState& sheet, HWND page, int edit, int step) {
+    LONG& direction = sheet.Measures.lastSpinDirection;
     const bool click = step == -1 || step == 1;
     if (click)
         direction = step;
@@ -190,25 +190,25 @@ void OnSpin(HWND page, int edit, int step) {
         EnableApply(GetParent(page));
 }
 
-INT_PTR OnNotify(HWND page, const NMHDR& header) {
+INT_PTR OnNotify(SheetState& sheet, HWND page, const NMHDR& header) {
     if (header.code == UDN_DELTAPOS) {
         if (const int edit = EditOfSpinButton(header.idFrom))
-            OnSpin(page, edit, reinterpret_cast<const NMUPDOWN&>(header).iDelta);
+            OnSpin(sheet, page, edit, reinterpret_cast<const NMUPDOWN&>(header).iDelta);
     }
-    return header.code != PSN_KILLACTIVE || LeavePage(g_initialising);
+    return header.code != PSN_KILLACTIVE || LeavePage(sheet);
 }
 
-INT_PTR OnMessage(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR OnMessage(SheetState& sheet, HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_INITDIALOG:
-            OnInit(page);
+            OnInit(sheet, page);
             return 1;
         case WM_COMMAND:
-            return OnCommand(page, LOWORD(wParam), HIWORD(wParam));
+            return OnCommand(sheet, page, LOWORD(wParam), HIWORD(wParam));
         case WM_NOTIFY:
-            return OnNotify(page, *reinterpret_cast<const NMHDR*>(lParam));
+            return OnNotify(sheet, page, *reinterpret_cast<const NMHDR*>(lParam));
         case WM_SHOWWINDOW:
-            CheckWhenShownOrHidden();
+            CheckWhenShownOrHidden(sheet);
             return 0;
         default:
             return 0;
@@ -219,7 +219,15 @@ INT_PTR OnMessage(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
 
 INT_PTR CALLBACK DocumentSettingsPageProc(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
     return GuardCallback<INT_PTR>(L"DocumentSettingsPageProc", L"pages/settings/DocumentSettingsPage",
-                                  __LINE__, 0, [&] { return OnMessage(page, message, wParam, lParam); });
+                                  __LINE__, 0, [&]() -> INT_PTR {
+                                      SheetState* const sheet = SheetOfPage(page, message, lParam);
+                                      return sheet ? OnMessage(*sheet, page, message, wParam, lParam) : 0;
+                                  });
+}
+
+void TakeStoredSizes(SheetState& sheet) {
+    (void)TakeDriverUnit(sheet);
+    TakeRecordMargins(sheet.Measures, RecordOf(sheet.CurrentUIParam));
 }
 
 }  // namespace kzp

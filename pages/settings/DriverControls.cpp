@@ -1,9 +1,7 @@
 #include "pages/settings/DriverControls.h"
 
 #include "pages/DriverOptions.h"
-#include "pages/settings/Measures.h"
 #include "resources/resource.h"
-#include "settings/SheetState.h"
 
 namespace kzp {
 
@@ -19,38 +17,38 @@ LONG Selected(HWND page, int list) {
     return static_cast<LONG>(SendDlgItemMessageW(page, list, CB_GETCURSEL, 0, 0));
 }
 
-void ApplyList(HWND page, int list, PCSTR keyword) {
+void ApplyList(const SheetState& sheet, HWND page, int list, PCSTR keyword) {
     if (const LONG selection = Selected(page, list); selection != CB_ERR)
-        SelectOption(FindFeature(keyword), selection);
+        SelectOption(sheet, FindFeature(sheet, keyword), selection);
 }
 
-void ApplyColor(HWND page) {
+void ApplyColor(const SheetState& sheet, HWND page) {
     const LONG selection = Selected(page, IDC_COLOR);
-    const POPTITEM color = FindFeature(kColorMode);
+    const POPTITEM color = FindFeature(sheet, kColorMode);
     if (!color || selection == CB_ERR)
         return;
     color->Sel = selection;
-    if (const POPTITEM companion = DriverItemAt(kColorCompanionPosition)) {
+    if (const POPTITEM companion = DriverItemAt(sheet.CurrentUIParam, kColorCompanionPosition)) {
         companion->Flags &= ~static_cast<DWORD>(OPTIF_HIDE);
-        SelectOption(companion, selection > 1 ? 1 : 0);
+        SelectOption(sheet, companion, selection > 1 ? 1 : 0);
     }
-    AnnounceSelection(color);
+    AnnounceSelection(sheet, color);
 }
 
-void ApplyOrientation(HWND page, int button, LONG selection) {
-    const POPTITEM orientation = FindFeature(kOrientation);
+void ApplyOrientation(const SheetState& sheet, HWND page, int button, LONG selection) {
+    const POPTITEM orientation = FindFeature(sheet, kOrientation);
     if (!orientation || IsDlgButtonChecked(page, button) != BST_CHECKED)
         return;
     orientation->Flags &= ~static_cast<DWORD>(OPTIF_HIDE);
-    SelectOption(orientation, selection);
+    SelectOption(sheet, orientation, selection);
 }
 
 PCWSTR YesOrNo(HWND page, int box) {
     return IsDlgButtonChecked(page, box) == BST_CHECKED ? L"YES" : L"NO";
 }
 
-void FillList(HWND page, int list, PCSTR keyword) {
-    const OPTITEM* const item = FindFeature(keyword);
+void FillList(const SheetState& sheet, HWND page, int list, PCSTR keyword) {
+    const OPTITEM* const item = FindFeature(sheet, keyword);
     for (LONG option = 0; static_cast<size_t>(option) < OptionsOf(item).size(); ++option) {
         const PCWSTR name = OptionName(item, option);
         // An option without a name keeps its place, for positions count.
@@ -58,84 +56,87 @@ void FillList(HWND page, int list, PCSTR keyword) {
     }
 }
 
-void ShowSelection(HWND page, int list, PCSTR keyword) {
-    if (const OPTITEM* const item = FindFeature(keyword))
+void ShowSelection(const SheetState& sheet, HWND page, int list, PCSTR keyword) {
+    if (const OPTITEM* const item = FindFeature(sheet, keyword))
         SendDlgItemMessageW(page, list, CB_SETCURSEL, static_cast<WPARAM>(item->Sel), 0);
 }
 
-void ShowOrientation(HWND page) {
-    const OPTITEM* const orientation = FindFeature(kOrientation);
+void ShowOrientation(SheetState& sheet, HWND page) {
+    const OPTITEM* const orientation = FindFeature(sheet, kOrientation);
     if (!orientation)
         return;
     const bool portrait = orientation->Sel == kPortraitSelection;
     CheckRadioButton(page, IDC_PORTRAIT, IDC_LANDSCAPE, portrait ? IDC_PORTRAIT : IDC_LANDSCAPE);
-    g_measures.orientation = portrait ? 1 : 0;
+    sheet.Measures.orientation = portrait ? 1 : 0;
 }
 
 // The unit is recorded at once. What an earlier sheet left would have the first fill converted once more.
-void ShowUnit(HWND page) {
-    const OPTITEM* const unit = FindFeature(kCustomUnit);
-    if (!unit)
-        return;
-    g_measures.unit = unit->Sel == 0 ? kInches : kMillimeters;
-    CheckRadioButton(page, IDC_INCHES, IDC_MILLIMETERS, unit->Sel == 0 ? IDC_INCHES : IDC_MILLIMETERS);
+void ShowUnit(SheetState& sheet, HWND page) {
+    if (TakeDriverUnit(sheet))
+        CheckRadioButton(page, IDC_INCHES, IDC_MILLIMETERS,
+                         sheet.Measures.unit == kInches ? IDC_INCHES : IDC_MILLIMETERS);
 }
 
 // The box is one of the output location page; on this page it is missing, and nothing happens.
-void ShowPromptPreference(HWND page) {
-    if (const OPTITEM* const preference = FindFeature(kSaveAsPreference))
+void ShowPromptPreference(const SheetState& sheet, HWND page) {
+    if (const OPTITEM* const preference = FindFeature(sheet, kSaveAsPreference))
         CheckDlgButton(page, IDC_PROMPT_FILE_NAME, preference->Sel ? BST_UNCHECKED : BST_CHECKED);
 }
 
 }  // namespace
 
-void ApplyControlToDriver(HWND page, int controlId) {
+void ApplyControlToDriver(SheetState& sheet, HWND page, int controlId) {
     switch (controlId) {
         case IDC_PAPER:
-            ApplyList(page, IDC_PAPER, kPaperSize);
+            ApplyList(sheet, page, IDC_PAPER, kPaperSize);
             break;
         case IDC_QUALITY:
-            ApplyList(page, IDC_QUALITY, kResolution);
+            ApplyList(sheet, page, IDC_QUALITY, kResolution);
             break;
         case IDC_COLOR:
-            ApplyColor(page);
+            ApplyColor(sheet, page);
             break;
         case IDC_PORTRAIT:
-            ApplyOrientation(page, IDC_PORTRAIT, kPortraitSelection);
+            ApplyOrientation(sheet, page, IDC_PORTRAIT, kPortraitSelection);
             break;
         case IDC_LANDSCAPE:
-            ApplyOrientation(page, IDC_LANDSCAPE, kLandscapeSelection);
+            ApplyOrientation(sheet, page, IDC_LANDSCAPE, kLandscapeSelection);
             break;
         case IDC_DISPLAY_IN_VIEWER:
-            g_pendingSettings.LaunchView = YesOrNo(page, controlId);
+            sheet.Pending.LaunchView = YesOrNo(page, controlId);
             break;
         case IDC_PROMPT_FILE_NAME:
-            g_pendingSettings.PromptFileName = YesOrNo(page, controlId);
+            sheet.Pending.PromptFileName = YesOrNo(page, controlId);
             break;
         default:
             break;
     }
 }
 
-void ShowDriverSelections(HWND page) {
-    FillList(page, IDC_QUALITY, kResolution);
-    FillList(page, IDC_COLOR, kColorMode);
-    ShowOrientation(page);
-    ShowSelection(page, IDC_QUALITY, kResolution);
-    AnnounceSelection(FindFeature(kColorMode));
-    ShowSelection(page, IDC_COLOR, kColorMode);
-    ShowSelection(page, IDC_PAPER, kPaperSize);
-    ShowUnit(page);
-    ShowPromptPreference(page);
+void ShowDriverSelections(SheetState& sheet, HWND page) {
+    FillList(sheet, page, IDC_QUALITY, kResolution);
+    FillList(sheet, page, IDC_COLOR, kColorMode);
+    ShowOrientation(sheet, page);
+    ShowSelection(sheet, page, IDC_QUALITY, kResolution);
+    AnnounceSelection(sheet, FindFeature(sheet, kColorMode));
+    ShowSelection(sheet, page, IDC_COLOR, kColorMode);
+    ShowSelection(sheet, page, IDC_PAPER, kPaperSize);
+    ShowUnit(sheet, page);
+    ShowPromptPreference(sheet, page);
 }
 
-bool HasDriverUnit() {
-    return FindFeature(kCustomUnit) != nullptr;
+bool TakeDriverUnit(SheetState& sheet) {
+    const OPTITEM* const unit = FindFeature(sheet, kCustomUnit);
+    if (!unit)
+        return false;
+    sheet.Measures.unit = unit->Sel == 0 ? kInches : kMillimeters;
+    return true;
 }
 
-bool SelectDriverUnit(DWORD unit) {
-    SelectOption(FindFeature(kCustomUnit), static_cast<LONG>(unit));
-    return HasDriverUnit();
+bool SelectDriverUnit(const SheetState& sheet, DWORD unit) {
+    const POPTITEM item = FindFeature(sheet, kCustomUnit);
+    SelectOption(sheet, item, static_cast<LONG>(unit));
+    return item != nullptr;
 }
 
 }  // namespace kzp

@@ -5,7 +5,6 @@
 #include <cstring>
 #include <iterator>
 
-#include "pages/settings/Measures.h"
 #include "resources/resource.h"
 
 namespace kzp {
@@ -14,37 +13,44 @@ namespace {
 
 constexpr int kNoMargin = -1;
 
+// Steps read no more of an edit.
+constexpr int kStepCharacters = 256;
+
 struct NumericEdit {
     int control;
     int spin;
-    int margin;  // or kNoMargin
-    NumberText& text;
-    float& value;  // of a margin: as typed
+    int margin;  // or kNoMargin, and then
+    NumberText PageMeasureState::*text;
+    float PageMeasureState::*value;
 };
 
 constexpr NumericEdit kEdits[] = {
-    {IDC_WIDTH, IDC_WIDTH_SPIN, kNoMargin, g_measures.widthText, g_measures.customWidth},
-    {IDC_HEIGHT, IDC_HEIGHT_SPIN, kNoMargin, g_measures.heightText, g_measures.customHeight},
-    {IDC_LEFT, IDC_LEFT_SPIN, kLeft, g_measures.marginText[kLeft], g_measures.typedMargin[kLeft]},
-    {IDC_RIGHT, IDC_RIGHT_SPIN, kRight, g_measures.marginText[kRight], g_measures.typedMargin[kRight]},
-    {IDC_TOP, IDC_TOP_SPIN, kTop, g_measures.marginText[kTop], g_measures.typedMargin[kTop]},
-    {IDC_BOTTOM, IDC_BOTTOM_SPIN, kBottom, g_measures.marginText[kBottom], g_measures.typedMargin[kBottom]},
+    {IDC_WIDTH, IDC_WIDTH_SPIN, kNoMargin, &PageMeasureState::widthText, &PageMeasureState::customWidth},
+    {IDC_HEIGHT, IDC_HEIGHT_SPIN, kNoMargin, &PageMeasureState::heightText, &PageMeasureState::customHeight},
+    {IDC_LEFT, IDC_LEFT_SPIN, kLeft, nullptr, nullptr},
+    {IDC_RIGHT, IDC_RIGHT_SPIN, kRight, nullptr, nullptr},
+    {IDC_TOP, IDC_TOP_SPIN, kTop, nullptr, nullptr},
+    {IDC_BOTTOM, IDC_BOTTOM_SPIN, kBottom, nullptr, nullptr},
 };
 
-void StoreMargin(const NumericEdit& edit, float value) {
-    edit.value = value;
-    g_measures.checkedMargin[edit.margin] = value;
+NumberText& TextOf(PageMeasureState& measures, const NumericEdit& edit) {
+    return edit.margin == kNoMargin ? measures.*edit.text : measures.marginText[edit.margin];
 }
 
-void Store(const NumericEdit& edit, const char* text) {
+void StoreMargin(PageMeasureState& measures, int margin, float value) {
+    measures.typedMargin[margin] = measures.checkedMargin[margin] = value;
+    measures.recordMargin[margin] = false;
+}
+
+void Store(PageMeasureState& measures, const NumericEdit& edit, const char* text) {
     // An edit's text may be longer in bytes than the state's buffer in characters until it is clean.
     const size_t length = std::min<size_t>(std::strlen(text), kNumberChars - 1);
-    *std::copy_n(text, length, edit.text) = L'\0';
+    *std::copy_n(text, length, TextOf(measures, edit)) = L'\0';
     const float value = ParseNumber(text);
     if (edit.margin == kNoMargin)
-        edit.value = value;
+        measures.*edit.value = value;
     else
-        StoreMargin(edit, value);
+        StoreMargin(measures, edit.margin, value);
 }
 
 // The limit follows the buttons, not the recorded unit: with neither pressed nothing is limited.
@@ -66,15 +72,16 @@ void WriteBack(HWND page, const NumericEdit& edit, const char* text) {
 }
 
 void StepBy(decltype(StepTextUp)& step, HWND page, int controlId, unsigned minimum) {
-    NumberText text = L"", stepped;
-    GetDlgItemTextW(page, controlId, text, kNumberChars);
+    wchar_t text[kStepCharacters + 1] = L"";
+    NumberText stepped;
+    GetDlgItemTextW(page, controlId, text, kStepCharacters + 1);
     step(text, minimum, stepped);
     SetDlgItemTextW(page, controlId, stepped);
 }
 
 }  // namespace
 
-int FilterNumericEdit(HWND page, int controlId) {
+int FilterNumericEdit(PageMeasureState& measures, HWND page, int controlId) {
     const auto edit = std::ranges::find(kEdits, controlId, &NumericEdit::control);
     if (edit == std::end(kEdits))
         return 1;
@@ -88,7 +95,7 @@ int FilterNumericEdit(HWND page, int controlId) {
         changed = true;
     }
     // Stored before it is written back: that runs the filter again, and its last run has the last word.
-    Store(*edit, text);
+    Store(measures, *edit, text);
     if (changed)
         WriteBack(page, *edit, text);
     return 1;
@@ -108,21 +115,24 @@ int EditOfSpinButton(UINT_PTR spinId) {
     return edit == std::end(kEdits) ? 0 : edit->control;
 }
 
-void ConvertUnits(HWND page, DWORD newUnit) {
+void ConvertUnits(PageMeasureState& measures, HWND page, DWORD newUnit) {
     for (const NumericEdit& edit : kEdits) {
-        GetDlgItemTextW(page, edit.control, edit.text, kNumberChars);
-        const float value = ConvertLength(ParseNumber(edit.text), g_measures.unit, newUnit);
+        if (edit.margin != kNoMargin && measures.recordMargin[edit.margin])
+            continue;
+        NumberText& text = TextOf(measures, edit);
+        GetDlgItemTextW(page, edit.control, text, kNumberChars);
+        const float value = ConvertLength(ParseNumber(text), measures.unit, newUnit);
         if (edit.margin != kNoMargin)
-            StoreMargin(edit, value);
+            StoreMargin(measures, edit.margin, value);
         NumberText shown;
         FormatTwoDecimals(value, shown);
         SetDlgItemTextW(page, edit.control, shown);
     }
 }
 
-void ForgetEdits() {
+void ForgetEdits(PageMeasureState& measures) {
     for (const NumericEdit& edit : kEdits)
-        Store(edit, "");
+        Store(measures, edit, "");
 }
 
 }  // namespace kzp

@@ -2,14 +2,14 @@
 // unit changes.
 #pragma once
 
-#include <windows.h>
+#include "pages/settings/Measures.h"
 
 namespace kzp {
 
 // Called on every change of an edit. Cleans and limits its text and takes text and value into the state.
 // Writing a cleaned text back raises the next change, so the edit ends clean. Answers 1; other controls are
 // ignored.
-int FilterNumericEdit(HWND page, int controlId);
+int FilterNumericEdit(PageMeasureState& measures, HWND page, int controlId);
 
 // One step of 0.05 in the current unit. An edit that holds no such number becomes `minimum`.
 void StepUp(HWND page, int controlId, unsigned minimum);
@@ -19,10 +19,11 @@ void StepDown(HWND page, int controlId, unsigned minimum);
 int EditOfSpinButton(UINT_PTR spinId);
 
 // Reads the six edits, converts from the unit still recorded to `newUnit` and writes them back with two
-// decimals; with the same unit this only tidies. The caller records the new unit afterwards.
-void ConvertUnits(HWND page, DWORD newUnit);
+// decimals; with the same unit this only tidies. An edit that was never filled, for a margin of the record,
+// is left empty. The caller records the new unit afterwards.
+void ConvertUnits(PageMeasureState& measures, HWND page, DWORD newUnit);
 
 // Forgets what earlier edits held: those of a new page are empty.
-void ForgetEdits();
+void ForgetEdits(PageMeasureState& measures);
 
 }  // namespace kzp

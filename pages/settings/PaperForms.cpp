@@ -6,11 +6,9 @@
 
 #include "pages/ControlTexts.h"
 #include "pages/DriverOptions.h"
-#include "pages/settings/Measures.h"
 #include "pages/settings/NumericEdits.h"
 #include "pages/settings/SizeRow.h"
 #include "resources/resource.h"
-#include "settings/SheetState.h"
 #include "settings/SpoolerForms.h"
 
 namespace kzp {
@@ -21,23 +19,18 @@ namespace {
 constexpr LONG kDefaultWidthTenthMm = 2159;
 constexpr LONG kDefaultHeightTenthMm = 2667;
 
-HANDLE Printer() {
-    return g_sheet.CurrentUIParam ? g_sheet.CurrentUIParam->hPrinter : nullptr;
+HANDLE PrinterOf(const SheetState& sheet) {
+    return sheet.CurrentUIParam ? sheet.CurrentUIParam->hPrinter : nullptr;
 }
 
 // The driver's first item is taken as the paper feature wherever the selected paper's name counts.
-PCWSTR PaperName(LONG option) {
-    return OptionName(DriverItemAt(0), option);
-}
-
-bool CustomPaperSelected() {
-    const OPTITEM* const paper = DriverItemAt(0);
-    return paper && IsCustomForm(PaperName(paper->Sel));
+const OPTITEM* PaperItem(const OEMCUIPPARAM* param) {
+    return DriverItemAt(param, 0);
 }
 
 // Single precision in this order; truncated to what the spooler can hold.
-LONG ThousandthsOf(const NumberText& text) {
-    const float value = ParseNumber(text) * (g_measures.unit == kInches ? 254.0f : 10.0f) * 100.0f;
+LONG ThousandthsOf(const NumberText& text, DWORD unit) {
+    const float value = ParseNumber(text) * (unit == kInches ? 254.0f : 10.0f) * 100.0f;
     return value < 2147483648.0f ? static_cast<LONG>(value) : LONG_MAX;
 }
 
@@ -49,26 +42,28 @@ void WriteLength(HWND page, int control, double value) {
 
 }  // namespace
 
-int EnsureCustomForm() {
-    if (!ReadFormSize(Printer(), kCustomFormName))
-        AddCustomForm(g_sheet.CurrentPrinterName.c_str(), kCustomFormName, kDefaultWidthTenthMm,
+int EnsureCustomForm(const SheetState& sheet) {
+    if (!ReadFormSize(PrinterOf(sheet), kCustomFormName))
+        AddCustomForm(sheet.CurrentPrinterName.c_str(), kCustomFormName, kDefaultWidthTenthMm,
                       kDefaultHeightTenthMm);
     return 1;
 }
 
-int CommitCustomForm() {
-    if (!CustomPaperSelected())
+int CommitCustomForm(const PageMeasureState& measures, const OEMCUIPPARAM& param) {
+    const OPTITEM* const paper = PaperItem(&param);
+    if (!paper || !IsCustomForm(OptionName(paper, paper->Sel)))
         return 0;
-    const SIZEL typed = {ThousandthsOf(g_measures.widthText), ThousandthsOf(g_measures.heightText)};
-    const auto stored = ReadFormSize(Printer(), kCustomFormName);
-    if ((stored && stored->cx == typed.cx && stored->cy == typed.cy) || !Printer())
+    const SIZEL typed = {ThousandthsOf(measures.widthText, measures.unit),
+                         ThousandthsOf(measures.heightText, measures.unit)};
+    const auto stored = ReadFormSize(param.hPrinter, kCustomFormName);
+    if ((stored && stored->cx == typed.cx && stored->cy == typed.cy) || !param.hPrinter)
         return 0;
-    return ResizeCustomForm(Printer(), typed) ? 1 : 0;
+    return ResizeCustomForm(param.hPrinter, typed) ? 1 : 0;
 }
 
-void FillPaperList(HWND page) {
-    const OPTITEM* const paper = FindFeature(kPaperSize);
-    const std::wstring customName = LoadText(IDS_CUSTOM_PAPER);
+void FillPaperList(const SheetState& sheet, HWND page) {
+    const OPTITEM* const paper = FindFeature(sheet, kPaperSize);
+    const std::wstring customName = LoadText(sheet, IDS_CUSTOM_PAPER);
     for (LONG option = 0; static_cast<size_t>(option) < OptionsOf(paper).size(); ++option) {
         PCWSTR name = OptionName(paper, option);
         if (IsCustomForm(name) && !customName.empty())
@@ -80,19 +75,20 @@ void FillPaperList(HWND page) {
     }
 }
 
-void ShowCustomForm(HWND page, double factor, bool takeUnitFromDriver, bool fill) {
-    const OPTITEM* const unit = takeUnitFromDriver ? FindFeature(kCustomUnit) : nullptr;
+void ShowCustomForm(const SheetState& sheet, HWND page, bool fill) {
+    const OPTITEM* const unit = sheet.Measures.unit == kInches ? FindFeature(sheet, kCustomUnit) : nullptr;
     CheckRadioButton(page, IDC_INCHES, IDC_MILLIMETERS,
                      unit && unit->Sel == 0 ? IDC_INCHES : IDC_MILLIMETERS);
     if (!fill)
         return;
+    const double factor = MillimetersPerUnit(sheet.Measures.unit);
     // Every write raises the edit's change notification, through which the state follows.
-    if (const auto size = ReadFormSize(Printer(), kCustomFormName)) {
+    if (const auto size = ReadFormSize(PrinterOf(sheet), kCustomFormName)) {
         WriteLength(page, IDC_WIDTH, size->cx / (factor * 1000));
         WriteLength(page, IDC_HEIGHT, size->cy / (factor * 1000));
     }
     float margins[kMargins];
-    if (ReadRecordMargins(margins)) {
+    if (ReadRecordMargins(RecordOf(sheet.CurrentUIParam), margins)) {
         WriteLength(page, IDC_LEFT, margins[kLeft] / factor);
         WriteLength(page, IDC_TOP, margins[kTop] / factor);
         WriteLength(page, IDC_RIGHT, margins[kRight] / factor);
@@ -100,30 +96,28 @@ void ShowCustomForm(HWND page, double factor, bool takeUnitFromDriver, bool fill
     }
 }
 
-void ReadStandardFormSize(HWND page, double factor) {
+void ReadStandardFormSize(SheetState& sheet, HWND page) {
+    constexpr double kThousandthsPerInch = 25.4 * 1000;
     wchar_t name[kNumberChars] = L"";
     GetDlgItemTextW(page, IDC_PAPER, name, kNumberChars);
-    const SIZEL size = ReadFormSize(Printer(), name).value_or(SIZEL{});
-    g_measures.formWidthIn = static_cast<float>(size.cx / (factor * 1000));
-    g_measures.formHeightIn = static_cast<float>(size.cy / (factor * 1000));
+    const SIZEL size = ReadFormSize(PrinterOf(sheet), name).value_or(SIZEL{});
+    sheet.Measures.formWidthIn = static_cast<float>(size.cx / kThousandthsPerInch);
+    sheet.Measures.formHeightIn = static_cast<float>(size.cy / kThousandthsPerInch);
 }
 
-void SelectPaper(HWND page) {
-    const LRESULT selected = SendDlgItemMessageW(page, IDC_PAPER, CB_GETCURSEL, 0, 0);
-    const bool custom = IsCustomForm(PaperName(static_cast<LONG>(selected)));
+void SelectPaper(SheetState& sheet, HWND page) {
+    const auto selected = static_cast<LONG>(SendDlgItemMessageW(page, IDC_PAPER, CB_GETCURSEL, 0, 0));
+    const bool custom = IsCustomForm(OptionName(PaperItem(sheet.CurrentUIParam), selected));
     if (custom) {
-        if (g_measures.unit == kInches) {
-            ConvertUnits(page, kInches);
-            ShowCustomForm(page, 25.4, true, false);
-        } else {
-            ShowCustomForm(page, 1.0, false, false);
-        }
-        ShowSizeRow(page, 0, SW_SHOW);
+        if (sheet.Measures.unit == kInches)
+            ConvertUnits(sheet.Measures, page, kInches);
+        ShowCustomForm(sheet, page, false);
+        ShowSizeRow(sheet, page, 0, SW_SHOW);
     } else {
-        ReadStandardFormSize(page, 25.4);
-        ShowSizeRow(page, HiddenRowShift(page), SW_HIDE);
+        ReadStandardFormSize(sheet, page);
+        ShowSizeRow(sheet, page, HiddenRowShift(page), SW_HIDE);
     }
-    g_measures.CustomSizeSelected = custom;
+    sheet.Measures.CustomSizeSelected = custom;
 }
 
 }  // namespace kzp

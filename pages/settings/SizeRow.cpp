@@ -9,9 +9,6 @@ namespace {
 constexpr int kRow[] = {IDC_WIDTH_LABEL,  IDC_WIDTH,  IDC_WIDTH_SPIN,
                         IDC_HEIGHT_LABEL, IDC_HEIGHT, IDC_HEIGHT_SPIN};
 
-// Tops within the page, by control id.
-constinit int g_offsets[IDC_MOVING_LAST - IDC_MOVING_FIRST + 1];
-
 RECT PlaceOn(HWND page, HWND control) {
     RECT place = {};
     GetWindowRect(control, &place);
@@ -20,10 +17,10 @@ RECT PlaceOn(HWND page, HWND control) {
 }
 
 template <class Use>
-void ForEachMovingControl(HWND page, Use&& use) {
+void ForEachMovingControl(SheetState& sheet, HWND page, Use&& use) {
     for (int id = IDC_MOVING_FIRST; id <= IDC_MOVING_LAST; ++id) {
         if (const HWND control = GetDlgItem(page, id))
-            use(control, PlaceOn(page, control), g_offsets[id - IDC_MOVING_FIRST]);
+            use(control, PlaceOn(page, control), sheet.RememberedOffsets[id - IDC_MOVING_FIRST]);
     }
 }
 
@@ -41,16 +38,16 @@ void Repaint(HWND page) {
 
 }  // namespace
 
-void RememberOffsets(HWND page) {
-    ForEachMovingControl(page, [](HWND, const RECT& place, int& offset) { offset = place.top; });
+void RememberOffsets(SheetState& sheet, HWND page) {
+    ForEachMovingControl(sheet, page, [](HWND, const RECT& place, int& offset) { offset = place.top; });
 }
 
-void ShowSizeRow(HWND page, int shift, int showCommand) {
+void ShowSizeRow(SheetState& sheet, HWND page, int shift, int showCommand) {
     for (const int id : kRow)
         ShowWindow(GetDlgItem(page, id), showCommand);
     if (showCommand == SW_HIDE && shift == 0)
         return;
-    ForEachMovingControl(page, [shift](HWND control, const RECT& place, int offset) {
+    ForEachMovingControl(sheet, page, [shift](HWND control, const RECT& place, int offset) {
         SetWindowPos(control, nullptr, place.left, shift + offset, 0, 0,
                      SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     });

@@ -5,9 +5,7 @@
 #include <cwchar>
 #include <vector>
 
-#include "pages/settings/Measures.h"
 #include "pages/settings/PaperForms.h"
-#include "settings/SheetState.h"
 #include "settings/SpoolerForms.h"
 #include "tests/settings_page/SettingsPageTest.h"
 #include "tools/standins/spooler/SpoolerControl.h"
@@ -27,14 +25,12 @@ class PaperForms : public SettingsPageTest {
         param.hPrinter = printer.Get();
         param.pDrvOptItems = tree.Items();
         param.cDrvOptItems = tree.Count();
-        g_sheet.CurrentUIParam = &param;
-        g_sheet.CurrentPrinterName = driverhost::kDefaultPrinter;
-        g_measures = {};
+        sheet.CurrentUIParam = &param;
+        sheet.CurrentPrinterName = driverhost::kDefaultPrinter;
     }
     ~PaperForms() override {
         spooler::StopLog();
         spooler::ClearFailures();
-        g_sheet.CurrentUIParam = nullptr;
     }
 
     // Flags, size and imageable area of the stored form; empty without one.
@@ -53,13 +49,16 @@ class PaperForms : public SettingsPageTest {
                 area.right,
                 area.bottom};
     }
-    static void Type(const wchar_t* width, const wchar_t* height) {
-        std::wcscpy(g_measures.widthText, width);
-        std::wcscpy(g_measures.heightText, height);
+    int CommitTyped(const wchar_t* width, const wchar_t* height, DWORD unit = kInches) {
+        std::wcscpy(sheet.Measures.widthText, width);
+        std::wcscpy(sheet.Measures.heightText, height);
+        sheet.Measures.unit = unit;
+        return CommitCustomForm(sheet.Measures, param);
     }
 
     UniquePrinter printer;
     OEMCUIPPARAM param = {};
+    SheetState sheet;
 };
 
 const std::vector<LONG> kDefaultForm = {FORM_USER, 215900, 266700, 0, 0, 215900, 266700};
@@ -68,38 +67,32 @@ TEST_F(PaperForms, AreCreatedOnceWhenMissing) {
     spooler::RemoveForm(kCustomFormName);
     ASSERT_TRUE(StoredForm().empty());
     spooler::StartLog();
-    EXPECT_EQ(EnsureCustomForm(), 1);
+    EXPECT_EQ(EnsureCustomForm(sheet), 1);
     EXPECT_EQ(StoredForm(), kDefaultForm);
-    EXPECT_EQ(EnsureCustomForm(), 1);
+    EXPECT_EQ(EnsureCustomForm(sheet), 1);
     EXPECT_EQ(spooler::ReadLog(), (Texts{L"AddFormW User Defined"}));
 }
 
 TEST_F(PaperForms, FailToBeCreatedInSilence) {
     spooler::RemoveForm(kCustomFormName);
     spooler::FailCall(L"AddFormW", ERROR_ACCESS_DENIED);
-    EXPECT_EQ(EnsureCustomForm(), 1);
+    EXPECT_EQ(EnsureCustomForm(sheet), 1);
     EXPECT_TRUE(StoredForm().empty());
     spooler::ClearFailures();
     EXPECT_FALSE(AddCustomForm(L"No such printer", kCustomFormName, 2159, 2667));
-    g_sheet.CurrentUIParam = nullptr;
-    EXPECT_EQ(EnsureCustomForm(), 1) << "the name of the printer is enough";
+    sheet.CurrentUIParam = nullptr;
+    EXPECT_EQ(EnsureCustomForm(sheet), 1) << "the name of the printer is enough";
     EXPECT_EQ(StoredForm(), kDefaultForm);
 }
 
 TEST_F(PaperForms, AreRewrittenOnlyWithAnotherSize) {
     spooler::StartLog();
-    Type(L"8.50", L"10.50");
-    EXPECT_EQ(CommitCustomForm(), 0);
-    g_measures.unit = kMillimeters;
-    Type(L"215.9", L"266.70");
-    EXPECT_EQ(CommitCustomForm(), 0);
+    EXPECT_EQ(CommitTyped(L"8.50", L"10.50"), 0);
+    EXPECT_EQ(CommitTyped(L"215.9", L"266.70", kMillimeters), 0);
     EXPECT_EQ(spooler::ReadLog(), Texts());
-    Type(L"100", L"100");
-    EXPECT_NE(CommitCustomForm(), 0);
+    EXPECT_NE(CommitTyped(L"100", L"100", kMillimeters), 0);
     EXPECT_EQ(StoredForm(), (std::vector<LONG>{FORM_USER, 100000, 100000, 0, 0, 100000, 100000}));
-    g_measures.unit = kInches;
-    Type(L"8.27", L"11.69");
-    EXPECT_NE(CommitCustomForm(), 0);
+    EXPECT_NE(CommitTyped(L"8.27", L"11.69"), 0);
     // 8.27 x 254 x 100, each product in single precision, cut.
     const volatile float width = 8.27f * 254.0f;
     EXPECT_EQ(StoredForm()[1], static_cast<LONG>(width * 100.0f));
@@ -107,26 +100,25 @@ TEST_F(PaperForms, AreRewrittenOnlyWithAnotherSize) {
 }
 
 TEST_F(PaperForms, AreLeftAloneForAStandardPaperAndWithoutAPrinter) {
-    Type(L"20", L"20");
-    param.pDrvOptItems[0].Sel = 0;
-    EXPECT_EQ(CommitCustomForm(), 0);
-    param.pDrvOptItems[0].Sel = 99;
-    EXPECT_EQ(CommitCustomForm(), 0);
+    for (const LONG paper : {0, 99}) {
+        param.pDrvOptItems[0].Sel = paper;
+        EXPECT_EQ(CommitTyped(L"20", L"20"), 0) << paper;
+    }
     param.pDrvOptItems[0].Sel = 7;
     param.hPrinter = nullptr;
-    EXPECT_EQ(CommitCustomForm(), 0);
+    EXPECT_EQ(CommitTyped(L"20", L"20"), 0);
     param.cDrvOptItems = 0;
-    EXPECT_EQ(CommitCustomForm(), 0);
+    EXPECT_EQ(CommitTyped(L"20", L"20"), 0);
     EXPECT_EQ(StoredForm(), kDefaultForm);
 }
 
 TEST_F(PaperForms, SayWhenTheSpoolerRefusesAndCutWhatItCannotHold) {
-    Type(std::wstring(200, L'9').c_str(), L"20");
+    const std::wstring endless(200, L'9');
     spooler::FailCall(L"SetFormW", ERROR_ACCESS_DENIED);
-    EXPECT_EQ(CommitCustomForm(), 0);
+    EXPECT_EQ(CommitTyped(endless.c_str(), L"20"), 0);
     EXPECT_EQ(StoredForm(), kDefaultForm);
     spooler::ClearFailures();
-    EXPECT_NE(CommitCustomForm(), 0);
+    EXPECT_NE(CommitTyped(endless.c_str(), L"20"), 0);
     EXPECT_EQ(StoredForm()[1], LONG_MAX);
 }
 

@@ -162,12 +162,12 @@ TEST_F(TreeTest, ARefusedModeTakesTheStateAndNothingElse) {
     param.cOEMOptItems = 5;
     spooler::StartLog();
     for (const DWORD mode : {DWORD{0}, DWORD{3}, ~DWORD{0}}) {
-        g_sheet = {};
         SetLastError(0);
-        EXPECT_EQ(E_FAIL, CommonUIProp(mode, &param));
+        EXPECT_EQ(E_FAIL, CommonUIProp(mode, &param, nullptr));
         EXPECT_EQ(DWORD{ERROR_INVALID_PARAMETER}, GetLastError());
-        EXPECT_EQ(&param, g_sheet.CurrentUIParam);
-        EXPECT_EQ(printerName, g_sheet.CurrentPrinterName);
+        const SheetUse sheet = SheetOfBlock(&param);
+        EXPECT_EQ(&param, sheet.Get()->CurrentUIParam);
+        EXPECT_EQ(printerName, sheet.Get()->CurrentPrinterName);
         EXPECT_EQ(0u, item.Flags);
         EXPECT_EQ(5u, param.cOEMOptItems);
         EXPECT_EQ(nullptr, param.OEMCUIPCallback);
@@ -179,7 +179,6 @@ TEST_F(TreeTest, ARefusedModeTakesTheStateAndNothingElse) {
     SetLastError(0);
     EXPECT_EQ(E_FAIL, object->CommonUIProp(OEMCUIP_DOCPROP, nullptr));
     EXPECT_EQ(DWORD{ERROR_INVALID_PARAMETER}, GetLastError());
-    g_sheet = {};
 }
 
 }  // namespace

@@ -3,36 +3,30 @@
 
 #include <cstring>
 #include <cwchar>
+#include <vector>
 
-#include "core/KZPPrivateDevMode.h"
 #include "pages/settings/Measures.h"
-#include "settings/SheetState.h"
 
 namespace kzp {
 namespace {
 
-// A fresh state for each test, and the process-wide one as it was afterwards.
 class MeasuresTest : public testing::Test {
   protected:
-    MeasuresTest() { g_measures = {}; }
-    ~MeasuresTest() override {
-        g_measures = {};
-        g_sheet.CurrentUIParam = nullptr;
+    void SetMargins(float left, float top, float right, float bottom) {
+        const float margins[] = {left, top, right, bottom};
+        std::memcpy(measures.checkedMargin, margins, sizeof margins);
+    }
+    void SetForm(float width, float height) {
+        measures.formWidthIn = width;
+        measures.formHeightIn = height;
+    }
+    void SetCustom(DWORD unit, float width, float height) {
+        measures.unit = unit;
+        measures.customWidth = width;
+        measures.customHeight = height;
     }
 
-    static void SetMargins(float left, float top, float right, float bottom) {
-        const float margins[] = {left, top, right, bottom};
-        std::memcpy(g_measures.checkedMargin, margins, sizeof margins);
-    }
-    static void SetForm(float width, float height) {
-        g_measures.formWidthIn = width;
-        g_measures.formHeightIn = height;
-    }
-    static void SetCustom(DWORD unit, float width, float height) {
-        g_measures.unit = unit;
-        g_measures.customWidth = width;
-        g_measures.customHeight = height;
-    }
+    PageMeasureState measures;
 };
 
 using Margins = MeasuresTest;
@@ -57,7 +51,8 @@ TEST_F(Margins, MustLeaveSomeOfThePaper) {
     };
     for (const auto& c : cases) {
         SetMargins(c.left, c.top, c.right, c.bottom);
-        EXPECT_EQ(MarginsFit(8.5, 11), c.fit) << c.left << ' ' << c.top << ' ' << c.right << ' ' << c.bottom;
+        EXPECT_EQ(MarginsFit(measures, 8.5, 11), c.fit)
+            << c.left << ' ' << c.top << ' ' << c.right << ' ' << c.bottom;
     }
 }
 
@@ -77,53 +72,68 @@ TEST_F(CustomSize, HasLimitsInItsUnit) {
     };
     for (const auto& c : cases) {
         SetCustom(c.unit, c.width, c.height);
-        EXPECT_EQ(CustomSizeValid(), c.valid) << c.unit << ' ' << c.width << ' ' << c.height;
+        EXPECT_EQ(CustomSizeValid(measures), c.valid) << c.unit << ' ' << c.width << ' ' << c.height;
     }
 }
 
 TEST_F(StandardForm, CountsInWholeMillimetres) {
     SetForm(8.2677f, 11.6929f);  // 210.0 x 297.0
-    g_measures.unit = kMillimeters;
+    measures.unit = kMillimeters;
     SetMargins(209.9f, 0, 0.05f, 0);
-    EXPECT_TRUE(StandardFormValid());
+    EXPECT_TRUE(StandardFormValid(measures));
     SetMargins(210, 0, 0, 0);
-    EXPECT_FALSE(StandardFormValid());
+    EXPECT_FALSE(StandardFormValid(measures));
     SetForm(8.5f, 11);  // 215.9 counts as 216
     SetMargins(215.95f, 0, 0, 0);
-    EXPECT_TRUE(StandardFormValid());
+    EXPECT_TRUE(StandardFormValid(measures));
 }
 
 TEST_F(StandardForm, OfUnknownSizeRestrictsNothing) {
     SetMargins(9, 9, 9, 9);
-    EXPECT_TRUE(StandardFormValid());
+    EXPECT_TRUE(StandardFormValid(measures));
     SetForm(1, 1);
-    EXPECT_FALSE(StandardFormValid());
+    EXPECT_FALSE(StandardFormValid(measures));
 }
 
-TEST_F(Commit, WritesTheTextsAsMillimetresAndLeavesThemTyped) {
-    // The driver hands the record out at any address.
+// The driver hands the record out at any address.
+struct Record {
     BYTE block[sizeof(KZPPrivateDevMode) + 1] = {};
-    const auto record = reinterpret_cast<KZPPrivateDevMode*>(block + 1);
-    OEMCUIPPARAM param = {};
-    param.pOEMDM = record;
-    g_sheet.CurrentUIParam = &param;
-    const wchar_t* const texts[] = {L"0.5", L"1", L"", L"2.00"};
-    for (int margin = 0; margin < kMargins; ++margin)
-        std::wcscpy(g_measures.marginText[margin], texts[margin]);
-    EXPECT_EQ(CommitMargins(), 1);
-    float written[kMargins];
-    ASSERT_TRUE(ReadRecordMargins(written));
-    const float expected[] = {12.7f, 25.4f, 0, 50.8f};
-    for (int margin = 0; margin < kMargins; ++margin) {
-        EXPECT_EQ(written[margin], expected[margin]);
-        EXPECT_EQ(g_measures.typedMargin[margin], expected[margin])
-            << "millimetres in inches mode, as intended";
-        EXPECT_STREQ(g_measures.marginText[margin], texts[margin]);
+    KZPPrivateDevMode* const at = reinterpret_cast<KZPPrivateDevMode*>(block + 1);
+
+    std::vector<float> Margins() const {
+        float margins[kMargins];
+        EXPECT_TRUE(ReadRecordMargins(at, margins));
+        return std::vector<float>(margins, margins + kMargins);
     }
-    g_measures.unit = kMillimeters;
-    CommitMargins();
-    ASSERT_TRUE(ReadRecordMargins(written));
-    EXPECT_EQ(written[kLeft], 0.5f);
+};
+
+TEST_F(Commit, WritesTheTextsAsMillimetresAndLeavesThemTyped) {
+    Record record;
+    const wchar_t* const texts[] = {L"0.5", L"1", L"0.08", L"2.00"};
+    for (int margin = 0; margin < kMargins; ++margin)
+        std::wcscpy(measures.marginText[margin], texts[margin]);
+    EXPECT_EQ(CommitMargins(measures, record.at), 1);
+    // 0.08 tells in which precision the product is made: single would give 2.0319998.
+    EXPECT_EQ(record.Margins(), (std::vector<float>{12.7f, 25.4f, 2.032f, 50.8f}));
+    for (int margin = 0; margin < kMargins; ++margin) {
+        EXPECT_EQ(measures.typedMargin[margin], record.Margins()[static_cast<size_t>(margin)])
+            << "millimetres in inches mode, as intended";
+        EXPECT_STREQ(measures.marginText[margin], texts[margin]);
+    }
+    measures.unit = kMillimeters;
+    CommitMargins(measures, record.at);
+    EXPECT_EQ(record.Margins(), (std::vector<float>{0.5f, 1, 0.08f, 2}));
+    EXPECT_EQ(CommitMargins(measures, nullptr), 1);
+}
+
+TEST_F(Commit, LeavesWhatWasOnlyTakenFromTheRecord) {
+    Record record;
+    const std::vector<float> stored = {5, 6, 7, 8};
+    std::memcpy(record.at->fMargins, stored.data(), sizeof record.at->fMargins);
+    TakeRecordMargins(measures, record.at);
+    EXPECT_EQ(measures.checkedMargin[kTop], 0.24f) << "what the test of the margins sees";
+    CommitMargins(measures, record.at);
+    EXPECT_EQ(record.Margins(), stored);
 }
 
 }  // namespace
