@@ -103,7 +103,6 @@ void OnInit(SheetState& sheet, HWND page) {
     const HWND frame = GetParent(page);
     if (!sheet.SheetPrimed)
         VisitAllTabs(sheet, frame);
-    ForgetEdits(sheet.Measures);
     TakeStoredSizes(sheet);
     const ResModuleUse texts(g_hInstance);
     LocaliseTexts(sheet, page);

@@ -130,9 +130,4 @@ void ConvertUnits(PageMeasureState& measures, HWND page, DWORD newUnit) {
     }
 }
 
-void ForgetEdits(PageMeasureState& measures) {
-    for (const NumericEdit& edit : kEdits)
-        Store(measures, edit, "");
-}
-
 }  // namespace kzp

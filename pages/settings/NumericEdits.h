@@ -23,7 +23,4 @@ int EditOfSpinButton(UINT_PTR spinId);
 // is left empty. The caller records the new unit afterwards.
 void ConvertUnits(PageMeasureState& measures, HWND page, DWORD newUnit);
 
-// Forgets what earlier edits held: those of a new page are empty.
-void ForgetEdits(PageMeasureState& measures);
-
 }  // namespace kzp

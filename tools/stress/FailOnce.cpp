@@ -22,8 +22,8 @@ constexpr std::string_view kRunTime = " malloc calloc realloc _vsnwprintf _wchdi
 // What cannot fail, the run-time's locks, and how it starts and throws.
 constexpr std::string_view kSpared =
     " GetLastError SetLastError GetCurrentProcessId GetCurrentThreadId GetProcessHeap lstrcmpiW wsprintfA "
-    "wsprintfW Sleep EnterCriticalSection LeaveCriticalSection InitializeCriticalSection "
-    "DeleteCriticalSection "
+    "wsprintfW Sleep AcquireSRWLockExclusive ReleaseSRWLockExclusive EnterCriticalSection "
+    "LeaveCriticalSection InitializeCriticalSection DeleteCriticalSection "
     "CreateSemaphoreW ReleaseSemaphore WaitForSingleObject VirtualProtect VirtualQuery RaiseException ";
 
 // Otherwise 0: FALSE, a null handle, no characters. Functions without a result do nothing.
