@@ -20,8 +20,8 @@ struct NumericEdit {
     int control;
     int spin;
     int margin;  // or kNoMargin, and then
-    NumberText PageMeasureState::*text;
-    float PageMeasureState::*value;
+    NumberText PageMeasureState::* text;
+    float PageMeasureState::* value;
 };
 
 constexpr NumericEdit kEdits[] = {
