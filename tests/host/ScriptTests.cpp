@@ -14,9 +14,9 @@ using kzp::test::HostedSheet;
 using kzp::test::NoPrinter;
 
 TEST(OptionsTest, OptionsCommandAndLines) {
-    const Options options = ParseOptions({L"--tabs", L"4", L"sheet", L"page 2", L"--diff", L"ok"});
+    const Options options = ParseOptions({L"--shape", L"four-tabs", L"sheet", L"page 2", L"--diff", L"ok"});
     EXPECT_EQ(options.command, L"sheet");
-    EXPECT_TRUE(options.fourTabs);
+    EXPECT_TRUE(options.sheet.extraFirstPage);
     EXPECT_TRUE(options.diff);
     EXPECT_EQ(options.script, (std::vector<std::wstring>{L"page 2", L"ok"}));
     EXPECT_EQ(ParseOptions({}).command, L"sheet");
@@ -25,8 +25,8 @@ TEST(OptionsTest, OptionsCommandAndLines) {
 
 TEST(OptionsTest, RefusesWhatItDoesNotKnow) {
     const std::vector<std::vector<std::wstring>> wrong = {
-        {L"--frob"},         {L"--dll"},           {L"--timeout", L"soon"},   {L"sheet", L"clik 3"},
-        {L"sheet", L"type"}, {L"sheet", L"ok ok"}, {L"sheet", L"type 1 \"x"},
+        {L"--frob"},           {L"--dll"},          {L"--timeout", L"soon"}, {L"--shape", L"round"},
+        {L"sheet", L"clik 3"}, {L"sheet", L"type"}, {L"sheet", L"ok ok"},    {L"sheet", L"type 1 \"x"},
     };
     for (const auto& arguments : wrong)
         EXPECT_THROW(ParseOptions(arguments), HostError) << Utf8(arguments.back());
@@ -53,8 +53,7 @@ TEST(ScriptTest, PlaysLinesAndStopsAtTheFirstThatFails) {
 TEST(PrintTest, TellsOnlyTheEventsThatWereAskedFor) {
     const kzp::test::ScratchRegistry registry;
     const PlugIn plugIn(BesideProgram(L"KZPWriterUI.dll"));
-    const auto object = plugIn.CreateObject();
-    const PrintOutcome outcome = PrintDocument(object.Get(), nullptr, L"A document");
+    const PrintOutcome outcome = PrintDocument(plugIn, nullptr, L"A document");
     std::vector<INT> told;
     for (const DocumentEventCall& call : outcome.calls) {
         told.push_back(call.event);
@@ -62,7 +61,8 @@ TEST(PrintTest, TellsOnlyTheEventsThatWereAskedFor) {
         EXPECT_EQ(call.answer, 1);
     }
     EXPECT_EQ(outcome.filter, (std::vector<DWORD>{13, 12, 5}));
-    EXPECT_EQ(told, (std::vector<INT>{14, 5, 13, 12}));
+    EXPECT_EQ(told, (std::vector<INT>{14, 1, 5, 13, 12}));
+    EXPECT_EQ(nullptr, GetModuleHandleW(L"KZPWriterUI.dll")) << "each time let go";
 }
 
 }  // namespace

@@ -38,11 +38,10 @@ Options
   --quiet           does not print the events between sheet and plug-in
   --timeout SECONDS ends a scripted run that hangs (default: 120)
   --wait MS         how long "print" looks for companion programs (default: 1000)
-  --tabs 3|4        one or two pages of the driver in front (default: 3 tabs in all)
-  --no-apply        a sheet without an Apply button
-  --no-helper       the driver's helper object refuses its interface
-  --no-plugin-item  the plug-in's own item array is empty
-  --items N         the driver has only the first N of its items
+  --shape NAME      another driver than the usual one: four-tabs (two pages of its own in front), no-apply
+                    (no Apply button), no-helper (its helper object refuses its interface), plug-in-item (an
+                    item of the plug-in, although it asks for none), few-items (two driver items)
+  --printer-properties  the printer's own sheet instead of a document's
 
 Exit status: 0 done, 1 a step or call failed, 2 the command line is wrong, 3 a script hung.
 
@@ -58,6 +57,21 @@ Examples
   driverhost --script walk.txt --out pictures
   driverhost print
 )";
+
+void TakeShape(Options& options, const std::wstring& name) {
+    if (name == L"four-tabs")
+        options.sheet.extraFirstPage = true;
+    else if (name == L"no-apply")
+        options.sheet.applyButton = false;
+    else if (name == L"no-helper")
+        options.session.offersHelper = false;
+    else if (name == L"plug-in-item")
+        options.session.plugInItem = true;
+    else if (name == L"few-items")
+        options.session.firstItems = 2;
+    else
+        throw HostError{L"there is no shape " + name};
+}
 
 std::vector<std::wstring> ReadLines(const std::wstring& path) {
     FILE* const file = path == L"-" ? stdin : _wfopen(path.c_str(), L"rb");
@@ -87,7 +101,6 @@ std::wstring HelpText() {
 Options ParseOptions(const std::vector<std::wstring>& arguments) {
     Options options;
     options.dll = BesideProgram(L"KZPWriterUI.dll");
-    options.printer = kDefaultPrinter;
     size_t next = 0;
     const auto text = [&](const std::wstring& option) {
         if (next >= arguments.size())
@@ -100,7 +113,7 @@ Options ParseOptions(const std::vector<std::wstring>& arguments) {
     const std::map<std::wstring, std::function<void(const std::wstring&)>> known = {
         {L"--help", [&](const auto&) { options.command = L"help"; }},
         {L"--dll", [&](const auto& name) { options.dll = text(name); }},
-        {L"--printer", [&](const auto& name) { options.printer = text(name); }},
+        {L"--printer", [&](const auto& name) { options.session.printer = text(name); }},
         {L"--create-printer", [&](const auto&) { options.createPrinter = true; }},
         {L"--script", [&](const auto& name) { options.script = ReadLines(text(name)); }},
         {L"--out", [&](const auto& name) { options.outFolder = text(name); }},
@@ -108,11 +121,8 @@ Options ParseOptions(const std::vector<std::wstring>& arguments) {
         {L"--quiet", [&](const auto&) { options.quiet = true; }},
         {L"--timeout", [&](const auto& name) { options.timeoutSeconds = number(name); }},
         {L"--wait", [&](const auto& name) { options.waitMilliseconds = number(name); }},
-        {L"--tabs", [&](const auto& name) { options.fourTabs = number(name) == 4; }},
-        {L"--no-apply", [&](const auto&) { options.applyButton = false; }},
-        {L"--no-helper", [&](const auto&) { options.offersHelper = false; }},
-        {L"--no-plugin-item", [&](const auto&) { options.plugInItem = false; }},
-        {L"--items", [&](const auto& name) { options.firstItems = number(name); }},
+        {L"--shape", [&](const auto& name) { TakeShape(options, text(name)); }},
+        {L"--printer-properties", [&](const auto&) { options.session.mode = OEMCUIP_PRNPROP; }},
     };
     std::vector<std::wstring> words;
     while (next < arguments.size()) {

@@ -3,26 +3,23 @@
 
 #include <windows.h>
 
-#include <optional>
 #include <string>
 #include <vector>
+
+#include "tools/driverhost/HostSheet.h"
 
 namespace driverhost {
 
 struct Options {
     std::wstring command = L"sheet";  // sheet, devmode, state, print or help
     std::wstring dll;
-    std::wstring printer;
     std::wstring outFolder = L"out";
     std::vector<std::wstring> script;  // lines; empty: the sheet is left to the person
     bool createPrinter = false;
     bool diff = false;
     bool quiet = false;  // no event lines
-    bool fourTabs = false;
-    bool applyButton = true;
-    bool offersHelper = true;
-    bool plugInItem = true;
-    std::optional<DWORD> firstItems;
+    SessionOptions session;
+    SheetOptions sheet;
     DWORD timeoutSeconds = 120;  // scripted runs
     DWORD waitMilliseconds = 1000;
 };

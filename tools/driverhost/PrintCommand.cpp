@@ -5,9 +5,10 @@
 #include <tlhelp32.h>
 
 #include <algorithm>
-#include <cstring>
+#include <functional>
 #include <map>
 
+#include "tools/driverhost/DocumentSession.h"
 #include "tools/driverhost/State.h"
 #include "tools/driverhost/Text.h"
 
@@ -32,6 +33,19 @@ constexpr Event kEvents[] = {
 struct EventFilter {
     DOCEVENT_FILTER head;
     DWORD more[DOCUMENTEVENT_QUERYFILTER];
+};
+
+// The device context of a document that is spooled: a metafile records what is drawn.
+class SpooledContext {
+  public:
+    SpooledContext() : m_context(CreateEnhMetaFileW(nullptr, nullptr, nullptr, nullptr)) {}
+    ~SpooledContext() { DeleteEnhMetaFile(CloseEnhMetaFile(m_context)); }
+    SpooledContext(const SpooledContext&) = delete;
+    SpooledContext& operator=(const SpooledContext&) = delete;
+    HDC Get() const { return m_context; }
+
+  private:
+    HDC m_context;
 };
 
 const wchar_t* NameOf(INT number) {
@@ -84,14 +98,17 @@ void ReportCompanions(const Processes& before, DWORD waitMilliseconds) {
     }
 }
 
-}  // namespace
+using Call = std::function<HRESULT(IPrintOemUI2*)>;
 
-PrintOutcome PrintDocument(IPrintOemUI2* plugIn, HANDLE printer, const std::wstring& title) {
+PrintOutcome Print(const std::function<HRESULT(const Call&)>& plugIn, HANDLE printer,
+                   const std::wstring& title) {
     PrintOutcome outcome;
+    HDC context = nullptr;
     const auto tell = [&](INT event, ULONG bytesIn, void* in, ULONG bytesOut, void* out) {
         INT answer = -1;
-        const HRESULT result =
-            plugIn->DocumentEvent(printer, nullptr, event, bytesIn, in, bytesOut, out, &answer);
+        const HRESULT result = plugIn([&](IPrintOemUI2* object) {
+            return object->DocumentEvent(printer, context, event, bytesIn, in, bytesOut, out, &answer);
+        });
         outcome.calls.push_back({event, result, answer});
         return answer;
     };
@@ -100,21 +117,25 @@ PrintOutcome PrintDocument(IPrintOemUI2* plugIn, HANDLE printer, const std::wstr
     filter.head.cElementsAllocated = 1 + DOCUMENTEVENT_QUERYFILTER;
     if (tell(DOCUMENTEVENT_QUERYFILTER, 0, nullptr, sizeof filter, &filter) == DOCUMENTEVENT_SUCCESS) {
         const UINT returned = std::min(filter.head.cElementsReturned, filter.head.cElementsAllocated);
-        const DWORD* const asked = filter.head.aDocEventCall;
-        outcome.filter.assign(asked, asked + returned);
+        outcome.filter.assign(filter.head.aDocEventCall, filter.head.aDocEventCall + returned);
     } else {  // a plug-in without a filter hears everything
         for (const Event& event : kEvents)
             outcome.filter.push_back(static_cast<DWORD>(event.number));
     }
 
+    DOCEVENT_CREATEDCPRE creation = {nullptr, const_cast<PWSTR>(kDefaultPrinter), nullptr, FALSE};
+    PDEVMODEW chosen = nullptr;
+    tell(DOCUMENTEVENT_CREATEDCPRE, sizeof creation, &creation, sizeof chosen, &chosen);
+    const SpooledContext spooled;
+    context = spooled.Get();
     DOCINFOW document = {};
     document.cbSize = sizeof document;
     document.lpszDocName = title.c_str();
     const DOCINFOW* start = &document;
     LONG job = 1;
     for (const Event& event : kEvents) {
-        if (std::find(outcome.filter.begin(), outcome.filter.end(), static_cast<DWORD>(event.number)) ==
-            outcome.filter.end())
+        if (event.number == DOCUMENTEVENT_CREATEDCPRE ||
+            std::ranges::find(outcome.filter, static_cast<DWORD>(event.number)) == outcome.filter.end())
             continue;
         switch (event.number) {
             case DOCUMENTEVENT_STARTDOC:
@@ -133,14 +154,24 @@ PrintOutcome PrintDocument(IPrintOemUI2* plugIn, HANDLE printer, const std::wstr
     return outcome;
 }
 
+}  // namespace
+
+PrintOutcome PrintDocument(IPrintOemUI2* plugIn, HANDLE printer, const std::wstring& title) {
+    return Print([&](const Call& call) { return call(plugIn); }, printer, title);
+}
+
+PrintOutcome PrintDocument(const PlugIn& plugIn, HANDLE printer, const std::wstring& title) {
+    return Print([&](const Call& call) { return call(PlugIn(plugIn.Path()).CreateObject().Get()); }, printer,
+                 title);
+}
+
 void RunPrintCommand(const PlugIn& plugIn, const std::wstring& printerName, DWORD waitMilliseconds) {
     HANDLE opened = nullptr;
     OpenPrinterW(const_cast<PWSTR>(printerName.c_str()), &opened, nullptr);
     const kzp::UniquePrinter printer(opened);
-    const ComRef<IPrintOemUI2> object = plugIn.CreateObject();
     const Processes before = RunningCompanions();
     Say(Format(L"process %lu prints", GetCurrentProcessId()));
-    const PrintOutcome outcome = PrintDocument(object.Get(), printer.Get(), L"Driver host test page");
+    const PrintOutcome outcome = PrintDocument(plugIn, printer.Get(), L"Driver host test page");
     for (const DocumentEventCall& call : outcome.calls)
         Say(Format(L"  %-14ls answers 0x%08lX, result %d", NameOf(call.event), call.result, call.answer));
     State settings = SettingsState();

@@ -39,15 +39,11 @@ class Script {
 
     void Page(SheetUser& user, const Arguments& arguments);
     void Tab(SheetUser& user, const Arguments& arguments);
-    void Key(SheetUser& user, const Arguments& arguments);
     void Type(SheetUser& user, const Arguments& arguments);
-    void Set(SheetUser& user, const Arguments& arguments);
     void Click(SheetUser& user, const Arguments& arguments);
-    void CheckBox(SheetUser& user, const Arguments& arguments);
     void Select(SheetUser& user, const Arguments& arguments);
     void Spin(SheetUser& user, const Arguments& arguments);
     void Item(SheetUser& user, const Arguments& arguments);
-    void Driver(SheetUser& user, const Arguments& arguments);
     void Box(SheetUser& user, const Arguments& arguments);
     void Browse(SheetUser& user, const Arguments& arguments);
     void Apply(SheetUser& user, const Arguments& arguments);
@@ -55,7 +51,6 @@ class Script {
     void Cancel(SheetUser& user, const Arguments& arguments);
     void Shot(SheetUser& user, const Arguments& arguments);
     void Shots(SheetUser& user, const Arguments& arguments);
-    void Dump(SheetUser& user, const Arguments& arguments);
     void Controls(SheetUser& user, const Arguments& arguments);
     void Expect(SheetUser& user, const Arguments& arguments);
     void Wait(SheetUser& user, const Arguments& arguments);

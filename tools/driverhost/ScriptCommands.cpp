@@ -4,7 +4,6 @@
 
 #include "tools/driverhost/Screenshot.h"
 #include "tools/driverhost/Script.h"
-#include "tools/driverhost/State.h"
 #include "tools/driverhost/Text.h"
 
 namespace driverhost {
@@ -56,33 +55,12 @@ void Script::Tab(SheetUser& user, const Arguments& arguments) {
     user.PressCtrlTab(!arguments.empty() && Either(arguments[0], L"back", L"forth"));
 }
 
-void Script::Key(SheetUser& user, const Arguments& arguments) {
-    constexpr struct {
-        const wchar_t* name;
-        BYTE key;
-    } keys[] = {
-        {L"enter", VK_RETURN}, {L"escape", VK_ESCAPE}, {L"tab", VK_TAB}, {L"up", VK_UP}, {L"down", VK_DOWN}};
-    for (const auto& key : keys) {
-        if (arguments[0] == key.name)
-            return user.PressKey(key.key);
-    }
-    throw HostError{Format(L"unknown key \"%ls\"", arguments[0].c_str())};
-}
-
 void Script::Type(SheetUser& user, const Arguments& arguments) {
     user.Type(Id(arguments[0]), arguments[1]);
 }
 
-void Script::Set(SheetUser& user, const Arguments& arguments) {
-    user.SetText(Id(arguments[0]), arguments[1]);
-}
-
 void Script::Click(SheetUser& user, const Arguments& arguments) {
     user.Click(Id(arguments[0]));
-}
-
-void Script::CheckBox(SheetUser& user, const Arguments& arguments) {
-    user.Check(Id(arguments[0]), Either(arguments[1], L"on", L"off"));
 }
 
 void Script::Select(SheetUser& user, const Arguments& arguments) {
@@ -100,10 +78,6 @@ void Script::Spin(SheetUser& user, const Arguments& arguments) {
 
 void Script::Item(SheetUser& user, const Arguments& arguments) {
     user.CheckItem(Id(arguments[0]), arguments[1], Either(arguments[2], L"on", L"off"));
-}
-
-void Script::Driver(SheetUser& user, const Arguments& arguments) {
-    user.SelectDriverOption(Utf8(arguments[0]), Number(arguments[1], L"an option"));
 }
 
 void Script::Box(SheetUser&, const Arguments& arguments) {
@@ -164,10 +138,6 @@ void Script::Shots(SheetUser& user, const Arguments& arguments) {
         });
     }
     m_run.AddNext(std::move(steps));
-}
-
-void Script::Dump(SheetUser& user, const Arguments& arguments) {
-    PrintState(CaptureState(user.Sheet().Session()), arguments.empty() ? L"" : arguments[0]);
 }
 
 void Script::Controls(SheetUser& user, const Arguments&) {

@@ -197,7 +197,9 @@ State ItemsState(const DriverTree& driver, const DriverTree& plugIn) {
 }
 
 State CaptureState(DocumentSession& session) {
-    State state = DeviceModeState(session.DevMode());
+    State state;
+    if (session.Mode() == OEMCUIP_DOCPROP)
+        Append(state, DeviceModeState(session.DevMode()));
     Append(state, SettingsState());
     Append(state, PrinterState(session.Printer()));
     Append(state, ItemsState(session.Tree(), session.PlugInTree()));

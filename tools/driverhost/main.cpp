@@ -26,15 +26,6 @@ void StartWatchdog(DWORD seconds) {
     CloseHandle(CreateThread(nullptr, 0, Watchdog, reinterpret_cast<void*>(ULONG_PTR{seconds}), 0, nullptr));
 }
 
-SessionOptions SessionOf(const Options& options) {
-    SessionOptions session;
-    session.printer = options.printer;
-    session.offersHelper = options.offersHelper;
-    session.plugInItem = options.plugInItem;
-    session.firstItems = options.firstItems;
-    return session;
-}
-
 void SayWho(const PlugIn& plugIn, const DocumentSession& session) {
     const DWORD version = session.Version();
     Say(Format(L"plug-in %ls", plugIn.Path().c_str()));
@@ -43,13 +34,10 @@ void SayWho(const PlugIn& plugIn, const DocumentSession& session) {
                session.Published()));
 }
 
-void RunSheet(const PlugIn& plugIn, const Options& options) {
-    DocumentSession session(plugIn, SessionOf(options));
+void RunSheet(const PlugIn& plugIn, Options& options) {
+    DocumentSession session(plugIn, std::move(options.session));
     SayWho(plugIn, session);
-    SheetOptions shape;
-    shape.applyButton = options.applyButton;
-    shape.extraFirstPage = options.fourTabs;
-    HostSheet sheet(session, shape);
+    HostSheet sheet(session, options.sheet);
     if (!options.quiet)
         sheet.onEvent = [](const std::wstring& event) { Say(L"  " + event); };
     SheetRun run(sheet);
@@ -68,8 +56,8 @@ void RunSheet(const PlugIn& plugIn, const Options& options) {
                result == CPSUI_OK ? L"closed with OK" : L"closed with Cancel"));
 }
 
-void RunDevMode(const PlugIn& plugIn, const Options& options) {
-    DocumentSession session(plugIn, SessionOf(options));
+void RunDevMode(const PlugIn& plugIn, Options& options) {
+    DocumentSession session(plugIn, std::move(options.session));
     SayWho(plugIn, session);
     constexpr const wchar_t* names[] = {L"", L"SIZE", L"DEFAULT", L"CONVERT", L"MERGE"};
     for (const DevModeCall& call : session.DevMode().Calls())
@@ -77,14 +65,14 @@ void RunDevMode(const PlugIn& plugIn, const Options& options) {
     PrintState(DeviceModeState(session.DevMode()));
 }
 
-void RunState(const PlugIn& plugIn, const Options& options) {
-    DocumentSession session(plugIn, SessionOf(options));
+void RunState(const PlugIn& plugIn, Options& options) {
+    DocumentSession session(plugIn, std::move(options.session));
     PrintState(CaptureState(session));
 }
 
-void Run(const Options& options) {
+void Run(Options& options) {
     if (options.createPrinter)
-        CreatePrinter(options.printer);
+        CreatePrinter(options.session.printer);
     const PlugIn plugIn(options.dll);
     if (options.command == L"sheet")
         RunSheet(plugIn, options);
@@ -93,7 +81,7 @@ void Run(const Options& options) {
     else if (options.command == L"state")
         RunState(plugIn, options);
     else
-        RunPrintCommand(plugIn, options.printer, options.waitMilliseconds);
+        RunPrintCommand(plugIn, options.session.printer, options.waitMilliseconds);
 }
 
 bool IsCommand(const std::wstring& name) {

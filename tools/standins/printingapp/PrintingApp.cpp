@@ -28,10 +28,10 @@ int wmain(int count, wchar_t** arguments) {
     Redirect(HKEY_CURRENT_USER, key + L"\\User");
 
     const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
-    const auto outcome = driverhost::PrintDocument(plugIn.CreateObject().Get(), nullptr, L"Drawing");
+    const auto outcome = driverhost::PrintDocument(plugIn, nullptr, L"Drawing");
     for (const driverhost::DocumentEventCall& call : outcome.calls) {
         if (call.result != S_OK || call.answer != 1)
             return 1;
     }
-    return outcome.calls.size() == 4 ? 0 : 1;  // the filter query and the three events that it asks for
+    return outcome.calls.size() == 5 ? 0 : 1;  // filter query, device context, and the three events asked for
 }

@@ -40,24 +40,10 @@ std::wstring ServedPath(const Key& driver, const wchar_t* value) {
     return file.empty() ? file : DriverDirectory() + L"\\3\\" + file;
 }
 
-template <class Info>
-DWORD Store(const Info& info, const Key& key) {
-    WriteDword(key, L"Version", 3);
+DWORD Store(const DRIVER_INFO_2W& info, const Key& key) {
     WriteText(key, L"Driver", FileName(info.pDriverPath));
     WriteText(key, L"Data File", FileName(info.pDataFile));
     return static_cast<DWORD>(WriteText(key, L"Configuration File", FileName(info.pConfigFile)));
-}
-
-DWORD StoreExtras(const DRIVER_INFO_3W& info, const Key& key) {
-    WriteText(key, L"Help File", FileName(info.pHelpFile));
-    WriteText(key, L"Monitor", info.pMonitorName ? info.pMonitorName : L"");
-    WriteText(key, L"Datatype", info.pDefaultDataType ? info.pDefaultDataType : L"");
-    std::wstring dependent;
-    for (const wchar_t* file = info.pDependentFiles; !IsEmpty(file); file += std::wcslen(file) + 1)
-        dependent += FileName(file) + L'\0';
-    dependent += L'\0';
-    return static_cast<DWORD>(WriteValue(key, L"Dependent Files", REG_MULTI_SZ, dependent.c_str(),
-                                         dependent.size() * sizeof(wchar_t)));
 }
 
 // Adding a driver that exists replaces its record.
@@ -72,11 +58,7 @@ DWORD Add(DWORD level, const BYTE* data) {
         return ERROR_INVALID_PARAMETER;
     if (!IsOwnEnvironment(info.pEnvironment))
         return ERROR_INVALID_ENVIRONMENT;
-    const Key key = CreateKey(HKEY_LOCAL_MACHINE, DriverPath(info.pName));
-    const DWORD error = Store(info, key);
-    if (error != ERROR_SUCCESS || level == 2)
-        return error;
-    return StoreExtras(*reinterpret_cast<const DRIVER_INFO_3W*>(data), key);
+    return Store(info, CreateKey(HKEY_LOCAL_MACHINE, DriverPath(info.pName)));
 }
 
 bool IsDriverInUse(const std::wstring& driver) {
@@ -100,60 +82,16 @@ DWORD Delete(const wchar_t* environment, const wchar_t* driver) {
     return ERROR_SUCCESS;
 }
 
-// The part that levels 2 and 3 have in common.
-template <class Info>
-void DescribeFiles(Reply<Info>& reply, const std::wstring& driver, const Key& key) {
-    Info info{};
-    info.cVersion = ReadDword(key, L"Version", 3);
-    reply.Add(info);
-    reply.Text(&Info::pName, driver);
-    reply.Text(&Info::pEnvironment, kEnvironment);
-    reply.Text(&Info::pDriverPath, ServedPath(key, L"Driver"));
-    reply.Text(&Info::pDataFile, ServedPath(key, L"Data File"));
-    reply.Text(&Info::pConfigFile, ServedPath(key, L"Configuration File"));
-}
-
-void Describe(Reply<DRIVER_INFO_1W>& reply, const std::wstring& driver, const Key&) {
-    reply.Add({});
-    reply.Text(&DRIVER_INFO_1W::pName, driver);
-}
-
-void Describe(Reply<DRIVER_INFO_2W>& reply, const std::wstring& driver, const Key& key) {
-    DescribeFiles(reply, driver, key);
-}
-
-void Describe(Reply<DRIVER_INFO_3W>& reply, const std::wstring& driver, const Key& key) {
-    DescribeFiles(reply, driver, key);
-    std::wstring dependent;
-    for (const std::wstring& file : ReadTexts(key, L"Dependent Files"))
-        dependent += DriverDirectory() + L"\\3\\" + file + L'\0';
-    reply.Text(&DRIVER_INFO_3W::pHelpFile, ServedPath(key, L"Help File"));
-    reply.Text(&DRIVER_INFO_3W::pDependentFiles, dependent);
-    reply.Text(&DRIVER_INFO_3W::pMonitorName, ReadText(key, L"Monitor"));
-    reply.Text(&DRIVER_INFO_3W::pDefaultDataType, ReadText(key, L"Datatype"));
-}
-
-template <class Info>
-DWORD HandOutDrivers(const std::vector<std::wstring>& drivers, BYTE* buffer, DWORD bytes, DWORD* needed,
-                     DWORD* returned) {
-    Reply<Info> reply;
-    for (const std::wstring& driver : drivers)
-        Describe(reply, driver, OpenKey(HKEY_LOCAL_MACHINE, DriverPath(driver)));
-    return reply.HandOut(buffer, bytes, needed, returned);
-}
-
-DWORD HandOutLevel(DWORD level, const std::vector<std::wstring>& drivers, BYTE* buffer, DWORD bytes,
-                   DWORD* needed, DWORD* returned) {
-    switch (level) {
-        case 1:
-            return HandOutDrivers<DRIVER_INFO_1W>(drivers, buffer, bytes, needed, returned);
-        case 2:
-            return HandOutDrivers<DRIVER_INFO_2W>(drivers, buffer, bytes, needed, returned);
-        case 3:
-            return HandOutDrivers<DRIVER_INFO_3W>(drivers, buffer, bytes, needed, returned);
-        default:
-            return ERROR_INVALID_LEVEL;
-    }
+DWORD HandOut(const std::wstring& driver, BYTE* buffer, DWORD bytes, DWORD* needed) {
+    const Key key = OpenKey(HKEY_LOCAL_MACHINE, DriverPath(driver));
+    Reply<DRIVER_INFO_2W> reply;
+    reply.Add({3, nullptr, nullptr, nullptr, nullptr, nullptr});
+    reply.Text(&DRIVER_INFO_2W::pName, driver);
+    reply.Text(&DRIVER_INFO_2W::pEnvironment, kEnvironment);
+    reply.Text(&DRIVER_INFO_2W::pDriverPath, ServedPath(key, L"Driver"));
+    reply.Text(&DRIVER_INFO_2W::pDataFile, ServedPath(key, L"Data File"));
+    reply.Text(&DRIVER_INFO_2W::pConfigFile, ServedPath(key, L"Configuration File"));
+    return reply.HandOut(buffer, bytes, needed);
 }
 
 }  // namespace
@@ -196,37 +134,7 @@ BOOL WINAPI GetPrinterDriverW(HANDLE handle, LPWSTR environment, DWORD level, LP
         const auto queue = LoadQueue(printer);
         if (!queue || !DriverExists(queue->driver))
             return ERROR_UNKNOWN_PRINTER_DRIVER;
-        return HandOutLevel(level, {queue->driver}, buffer, bytes, needed, nullptr);
-    }));
-}
-
-BOOL WINAPI EnumPrinterDriversW(LPWSTR, LPWSTR environment, DWORD level, LPBYTE buffer, DWORD bytes,
-                                LPDWORD needed, LPDWORD returned) {
-    return Succeeded(Answer(L"EnumPrinterDriversW", [&]() -> DWORD {
-        if (!returned)
-            return ERROR_INVALID_PARAMETER;
-        if (!IsOwnEnvironment(environment) && !SameName(environment, L"all"))
-            return ERROR_INVALID_ENVIRONMENT;
-        return HandOutLevel(level, SubkeyNames(OpenKey(HKEY_LOCAL_MACHINE, kDriversKey)), buffer, bytes,
-                            needed, returned);
-    }));
-}
-
-BOOL WINAPI GetPrinterDriverDirectoryW(LPWSTR, LPWSTR environment, DWORD level, LPBYTE buffer, DWORD bytes,
-                                       LPDWORD needed) {
-    return Succeeded(Answer(L"GetPrinterDriverDirectoryW", [&]() -> DWORD {
-        if (level != 1)
-            return ERROR_INVALID_LEVEL;
-        if (!IsOwnEnvironment(environment))
-            return ERROR_INVALID_ENVIRONMENT;
-        if (!needed)
-            return ERROR_INVALID_PARAMETER;
-        const std::wstring directory = DriverDirectory();
-        *needed = static_cast<DWORD>((directory.size() + 1) * sizeof(wchar_t));
-        if (!buffer || bytes < *needed)
-            return ERROR_INSUFFICIENT_BUFFER;
-        std::memcpy(buffer, directory.c_str(), *needed);
-        return ERROR_SUCCESS;
+        return level == 2 ? HandOut(queue->driver, buffer, bytes, needed) : DWORD{ERROR_INVALID_LEVEL};
     }));
 }
 

@@ -1,9 +1,10 @@
-#include "tools/standins/spooler/Forms.h"
-
+// Paper forms: those that are built in and those that users added.
+#include <windows.h>
 #include <winspool.h>
 
-#include <algorithm>
 #include <cstring>
+#include <optional>
+#include <string>
 
 #include "tools/standins/common/Registry.h"
 #include "tools/standins/spooler/Calls.h"
@@ -16,37 +17,26 @@ using namespace kzp::standins::spooler;
 
 namespace {
 
+// Names are without regard to case.
+struct Form {
+    std::wstring name;
+    SIZEL size;  // thousandths of a millimetre, as are the edges of the area
+    RECTL imageableArea;
+    DWORD flags;  // FORM_BUILTIN, FORM_USER or FORM_PRINTER
+};
+
 struct BuiltInForm {
     const wchar_t* name;
-    short paper;
-    LONG width, height;  // thousandths of a millimetre
+    LONG width, height;
 };
 
 constexpr BuiltInForm kBuiltInForms[] = {
-    {L"Letter", DMPAPER_LETTER, 215900, 279400},
-    {L"Letter Small", DMPAPER_LETTERSMALL, 215900, 279400},
-    {L"Tabloid", DMPAPER_TABLOID, 279400, 431800},
-    {L"Ledger", DMPAPER_LEDGER, 431800, 279400},
-    {L"Legal", DMPAPER_LEGAL, 215900, 355600},
-    {L"Statement", DMPAPER_STATEMENT, 139700, 215900},
-    {L"Executive", DMPAPER_EXECUTIVE, 184150, 266700},
-    {L"A3", DMPAPER_A3, 297000, 420000},
-    {L"A4", DMPAPER_A4, 210000, 297000},
-    {L"A4 Small", DMPAPER_A4SMALL, 210000, 297000},
-    {L"A5", DMPAPER_A5, 148000, 210000},
-    {L"B4 (JIS)", DMPAPER_B4, 257000, 364000},
-    {L"B5 (JIS)", DMPAPER_B5, 182000, 257000},
-    {L"Folio", DMPAPER_FOLIO, 215900, 330200},
-    {L"Quarto", DMPAPER_QUARTO, 215000, 275000},
-    {L"10x14", DMPAPER_10X14, 254000, 355600},
-    {L"11x17", DMPAPER_11X17, 279400, 431800},
-    {L"Note", DMPAPER_NOTE, 215900, 279400},
-    {L"C size sheet", DMPAPER_CSHEET, 431800, 558800},
-    {L"D size sheet", DMPAPER_DSHEET, 558800, 863600},
-    {L"E size sheet", DMPAPER_ESHEET, 863600, 1117600},
-    {L"B4 (ISO)", DMPAPER_ISO_B4, 250000, 353000},
-    {L"A6", DMPAPER_A6, 105000, 148000},
-    {L"A2", DMPAPER_A2, 420000, 594000},
+    {L"Letter", 215900, 279400},   {L"Tabloid", 279400, 431800},   {L"Ledger", 431800, 279400},
+    {L"Legal", 215900, 355600},    {L"Statement", 139700, 215900}, {L"Executive", 184150, 266700},
+    {L"A3", 297000, 420000},       {L"A4", 210000, 297000},        {L"A5", 148000, 210000},
+    {L"B4 (JIS)", 257000, 364000}, {L"B5 (JIS)", 182000, 257000},  {L"Folio", 215900, 330200},
+    {L"Quarto", 215000, 275000},   {L"10x14", 254000, 355600},     {L"11x17", 279400, 431800},
+    {L"A6", 105000, 148000},       {L"A2", 420000, 594000},
 };
 
 // A user's form as the registry holds it, one value each.
@@ -58,10 +48,6 @@ struct StoredForm {
 };
 static_assert(sizeof(StoredForm) == 32);
 
-Form FromBuiltIn(const BuiltInForm& form) {
-    return {form.name, {form.width, form.height}, {0, 0, form.width, form.height}, FORM_BUILTIN, form.paper};
-}
-
 // Nothing when the value is missing or is not a form.
 std::optional<Form> ReadUserForm(const Key& forms, const std::wstring& name) {
     const auto value = ReadValue(forms, name);
@@ -69,7 +55,20 @@ std::optional<Form> ReadUserForm(const Key& forms, const std::wstring& name) {
         return std::nullopt;
     StoredForm stored;
     std::memcpy(&stored, value->bytes.data(), sizeof stored);
-    return Form{name, stored.size, stored.imageableArea, stored.flags, 0};
+    return Form{name, stored.size, stored.imageableArea, stored.flags};
+}
+
+std::optional<Form> FindForm(const std::wstring& name) {
+    for (const BuiltInForm& form : kBuiltInForms) {
+        if (SameName(form.name, name))
+            return Form{form.name, {form.width, form.height}, {0, 0, form.width, form.height}, FORM_BUILTIN};
+    }
+    const Key key = OpenKey(HKEY_LOCAL_MACHINE, kFormsKey);
+    for (const std::wstring& stored : ValueNames(key)) {
+        if (SameName(stored, name))
+            return ReadUserForm(key, stored);  // under the name with which it was added
+    }
+    return std::nullopt;
 }
 
 DWORD WriteUserForm(const std::wstring& name, const FORM_INFO_1W& info) {
@@ -134,13 +133,11 @@ DWORD Set(HANDLE handle, const wchar_t* name, DWORD level, const BYTE* data) {
     return error != ERROR_SUCCESS ? error : WriteUserForm(form, info);
 }
 
-DWORD HandOut(const std::vector<Form>& forms, BYTE* buffer, DWORD bytes, DWORD* needed, DWORD* returned) {
+DWORD HandOut(const Form& form, BYTE* buffer, DWORD bytes, DWORD* needed) {
     Reply<FORM_INFO_1W> reply;
-    for (const Form& form : forms) {
-        reply.Add({form.flags, nullptr, form.size, form.imageableArea});
-        reply.Text(&FORM_INFO_1W::pName, form.name);
-    }
-    return reply.HandOut(buffer, bytes, needed, returned);
+    reply.Add({form.flags, nullptr, form.size, form.imageableArea});
+    reply.Text(&FORM_INFO_1W::pName, form.name);
+    return reply.HandOut(buffer, bytes, needed);
 }
 
 // Reading forms needs any open handle, of the server or of a printer.
@@ -153,34 +150,6 @@ DWORD CheckMayRead(HANDLE handle, DWORD level) {
 
 }  // namespace
 
-namespace kzp::standins::spooler {
-
-std::optional<Form> FindForm(const std::wstring& name) {
-    const auto builtIn = std::find_if(std::begin(kBuiltInForms), std::end(kBuiltInForms),
-                                      [&](const BuiltInForm& form) { return SameName(form.name, name); });
-    if (builtIn != std::end(kBuiltInForms))
-        return FromBuiltIn(*builtIn);
-    for (const Form& form : AllForms()) {
-        if (SameName(form.name, name))
-            return form;  // under the name with which it was added
-    }
-    return std::nullopt;
-}
-
-std::vector<Form> AllForms() {
-    std::vector<Form> forms;
-    for (const BuiltInForm& form : kBuiltInForms)
-        forms.push_back(FromBuiltIn(form));
-    const Key key = OpenKey(HKEY_LOCAL_MACHINE, kFormsKey);
-    for (const std::wstring& name : ValueNames(key)) {
-        if (auto form = ReadUserForm(key, name))
-            forms.push_back(std::move(*form));
-    }
-    return forms;
-}
-
-}  // namespace kzp::standins::spooler
-
 extern "C" {
 
 BOOL WINAPI GetFormW(HANDLE handle, LPWSTR name, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed) {
@@ -188,18 +157,7 @@ BOOL WINAPI GetFormW(HANDLE handle, LPWSTR name, DWORD level, LPBYTE buffer, DWO
         if (const DWORD error = CheckMayRead(handle, level))
             return error;
         const auto form = IsEmpty(name) ? std::nullopt : FindForm(name);
-        return form ? HandOut({*form}, buffer, bytes, needed, nullptr) : DWORD{ERROR_INVALID_FORM_NAME};
-    }));
-}
-
-BOOL WINAPI EnumFormsW(HANDLE handle, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed,
-                       LPDWORD returned) {
-    return Succeeded(Answer(L"EnumFormsW", [&]() -> DWORD {
-        if (const DWORD error = CheckMayRead(handle, level))
-            return error;
-        if (!returned)
-            return ERROR_INVALID_PARAMETER;
-        return HandOut(AllForms(), buffer, bytes, needed, returned);
+        return form ? HandOut(*form, buffer, bytes, needed) : DWORD{ERROR_INVALID_FORM_NAME};
     }));
 }
 
@@ -212,15 +170,6 @@ BOOL WINAPI AddFormW(HANDLE handle, DWORD level, LPBYTE data) {
 
 BOOL WINAPI SetFormW(HANDLE handle, LPWSTR name, DWORD level, LPBYTE data) {
     return Succeeded(AnswerChange(L"SetFormW", name, [&] { return Set(handle, name, level, data); }));
-}
-
-BOOL WINAPI DeleteFormW(HANDLE handle, LPWSTR name) {
-    return Succeeded(AnswerChange(L"DeleteFormW", name, [&]() -> DWORD {
-        std::wstring form;
-        if (const DWORD error = FindChangeable(handle, name, form))
-            return error;
-        return static_cast<DWORD>(DeleteValue(OpenKey(HKEY_LOCAL_MACHINE, kFormsKey, KEY_WRITE), form));
-    }));
 }
 
 }  // extern "C"

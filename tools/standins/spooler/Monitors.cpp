@@ -114,26 +114,14 @@ BOOL WINAPI EnumMonitorsW(LPWSTR, DWORD level, LPBYTE buffer, DWORD bytes, LPDWO
     return Succeeded(Answer(L"EnumMonitorsW", [&]() -> DWORD {
         if (!returned)
             return ERROR_INVALID_PARAMETER;
+        if (level != 1)
+            return ERROR_INVALID_LEVEL;
         Reply<MONITOR_INFO_1W> names;
-        Reply<MONITOR_INFO_2W> details;
         for (const std::wstring& monitor : MonitorNames()) {
             names.Add({});
             names.Text(&MONITOR_INFO_1W::pName, monitor);
-            details.Add({});
-            details.Text(&MONITOR_INFO_2W::pName, monitor);
-            details.Text(&MONITOR_INFO_2W::pEnvironment, kEnvironment);
-            details.Text(&MONITOR_INFO_2W::pDLLName,
-                         ReadText(OpenKey(HKEY_LOCAL_MACHINE, MonitorPath(monitor)), L"Driver",
-                                  SameName(monitor, kLocalPort) ? L"localspl.dll" : L""));
         }
-        switch (level) {
-            case 1:
-                return names.HandOut(buffer, bytes, needed, returned);
-            case 2:
-                return details.HandOut(buffer, bytes, needed, returned);
-            default:
-                return ERROR_INVALID_LEVEL;
-        }
+        return names.HandOut(buffer, bytes, needed, returned);
     }));
 }
 

@@ -11,9 +11,6 @@ inline constexpr wchar_t kDriversKey[] =
     L"SYSTEM\\CurrentControlSet\\Control\\Print\\Environments\\Windows x64\\Drivers\\Version-3";
 inline constexpr wchar_t kPortsKey[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Ports";
 
-// Below HKEY_CURRENT_USER: the value "Device" names the user's default printer, its driver and port.
-inline constexpr wchar_t kDefaultPrinterKey[] = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows";
-
 // The mutex that keeps every call whole, in whichever processes the callers are.
 inline constexpr wchar_t kLockName[] = L"KZP Stand-ins Spooler";
 

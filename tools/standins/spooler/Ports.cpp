@@ -10,7 +10,6 @@
 #include "tools/standins/spooler/Calls.h"
 #include "tools/standins/spooler/Places.h"
 #include "tools/standins/spooler/Queues.h"
-#include "tools/standins/spooler/Reply.h"
 
 using namespace kzp::standins;
 using namespace kzp::standins::spooler;
@@ -94,31 +93,6 @@ BOOL WINAPI AddPortExW(LPWSTR, DWORD level, LPBYTE data, LPWSTR monitor) {
 
 BOOL WINAPI DeletePortW(LPWSTR, HWND, LPWSTR port) {
     return Succeeded(AnswerChange(L"DeletePortW", port, [&] { return Delete(port); }));
-}
-
-BOOL WINAPI EnumPortsW(LPWSTR, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed, LPDWORD returned) {
-    return Succeeded(Answer(L"EnumPortsW", [&]() -> DWORD {
-        if (!returned)
-            return ERROR_INVALID_PARAMETER;
-        Reply<PORT_INFO_1W> names;
-        Reply<PORT_INFO_2W> details;
-        for (const std::wstring& port : PortNames()) {
-            names.Add({});
-            names.Text(&PORT_INFO_1W::pName, port);
-            details.Add({nullptr, nullptr, nullptr, PORT_TYPE_WRITE, 0});
-            details.Text(&PORT_INFO_2W::pPortName, port);
-            details.Text(&PORT_INFO_2W::pMonitorName, kLocalPort);
-            details.Text(&PORT_INFO_2W::pDescription, kLocalPort);
-        }
-        switch (level) {
-            case 1:
-                return names.HandOut(buffer, bytes, needed, returned);
-            case 2:
-                return details.HandOut(buffer, bytes, needed, returned);
-            default:
-                return ERROR_INVALID_LEVEL;
-        }
-    }));
 }
 
 }  // extern "C"

@@ -23,14 +23,8 @@ ACCESS_MASK GrantedAccess(ACCESS_MASK wanted, bool server) {
     return wanted ? wanted | use : use;
 }
 
-void Describe(Reply<PRINTER_INFO_1W>& reply, const Queue& queue) {
-    reply.Add({PRINTER_ENUM_ICON8, nullptr, nullptr, nullptr});
-    reply.Text(&PRINTER_INFO_1W::pDescription, queue.name + L"," + queue.driver + L"," + queue.location);
-    reply.Text(&PRINTER_INFO_1W::pName, queue.name);
-    reply.Text(&PRINTER_INFO_1W::pComment, queue.comment);
-}
-
-void Describe(Reply<PRINTER_INFO_2W>& reply, const Queue& queue) {
+DWORD HandOut(const Queue& queue, BYTE* buffer, DWORD bytes, DWORD* needed) {
+    Reply<PRINTER_INFO_2W> reply;
     PRINTER_INFO_2W info{};
     info.Attributes = queue.attributes;
     info.Priority = queue.priority;
@@ -50,42 +44,7 @@ void Describe(Reply<PRINTER_INFO_2W>& reply, const Queue& queue) {
     reply.Text(&PRINTER_INFO_2W::pPrintProcessor, queue.printProcessor);
     reply.Text(&PRINTER_INFO_2W::pDatatype, queue.dataType);
     reply.Text(&PRINTER_INFO_2W::pParameters, queue.parameters);
-}
-
-void Describe(Reply<PRINTER_INFO_4W>& reply, const Queue& queue) {
-    reply.Add({nullptr, nullptr, queue.attributes});
-    reply.Text(&PRINTER_INFO_4W::pPrinterName, queue.name);
-}
-
-void Describe(Reply<PRINTER_INFO_5W>& reply, const Queue& queue) {
-    reply.Add({nullptr, nullptr, queue.attributes, 45000, 45000});
-    reply.Text(&PRINTER_INFO_5W::pPrinterName, queue.name);
-    reply.Text(&PRINTER_INFO_5W::pPortName, queue.port);
-}
-
-template <class Info>
-DWORD HandOutQueues(const std::vector<Queue>& queues, BYTE* buffer, DWORD bytes, DWORD* needed,
-                    DWORD* returned) {
-    Reply<Info> reply;
-    for (const Queue& queue : queues)
-        Describe(reply, queue);
-    return reply.HandOut(buffer, bytes, needed, returned);
-}
-
-DWORD HandOutLevel(DWORD level, const std::vector<Queue>& queues, BYTE* buffer, DWORD bytes, DWORD* needed,
-                   DWORD* returned) {
-    switch (level) {
-        case 1:
-            return HandOutQueues<PRINTER_INFO_1W>(queues, buffer, bytes, needed, returned);
-        case 2:
-            return HandOutQueues<PRINTER_INFO_2W>(queues, buffer, bytes, needed, returned);
-        case 4:
-            return HandOutQueues<PRINTER_INFO_4W>(queues, buffer, bytes, needed, returned);
-        case 5:
-            return HandOutQueues<PRINTER_INFO_5W>(queues, buffer, bytes, needed, returned);
-        default:
-            return ERROR_INVALID_LEVEL;
-    }
+    return reply.HandOut(buffer, bytes, needed);
 }
 
 DWORD Open(const wchar_t* name, HANDLE* printer, const PRINTER_DEFAULTSW* defaults) {
@@ -99,26 +58,6 @@ DWORD Open(const wchar_t* name, HANDLE* printer, const PRINTER_DEFAULTSW* defaul
     return ERROR_SUCCESS;
 }
 
-// Level 0: the printer as a whole is paused, resumed, emptied, or its status set.
-DWORD Control(Queue& queue, BYTE* status, DWORD command) {
-    switch (command) {
-        case 0:
-        case PRINTER_CONTROL_PURGE:  // nothing is ever queued
-            return ERROR_SUCCESS;
-        case PRINTER_CONTROL_PAUSE:
-            queue.status |= PRINTER_STATUS_PAUSED;
-            return StoreQueue(queue);
-        case PRINTER_CONTROL_RESUME:
-            queue.status &= ~DWORD{PRINTER_STATUS_PAUSED};
-            return StoreQueue(queue);
-        case PRINTER_CONTROL_SET_STATUS:
-            queue.status = static_cast<DWORD>(reinterpret_cast<ULONG_PTR>(status));
-            return StoreQueue(queue);
-        default:
-            return ERROR_INVALID_PRINTER_COMMAND;
-    }
-}
-
 DWORD Change(HANDLE handle, DWORD level, BYTE* data, DWORD command) {
     std::wstring printer;
     if (const DWORD error = FindPrinter(handle, true, printer))
@@ -126,8 +65,6 @@ DWORD Change(HANDLE handle, DWORD level, BYTE* data, DWORD command) {
     auto queue = LoadQueue(printer);
     if (!queue)
         return ERROR_PRINTER_DELETED;
-    if (level == 0)
-        return Control(*queue, data, command);
     if (level != 2)
         return ERROR_INVALID_LEVEL;
     if (command != 0)
@@ -169,10 +106,6 @@ BOOL WINAPI OpenPrinterW(LPWSTR name, LPHANDLE printer, LPPRINTER_DEFAULTSW defa
     return Succeeded(Answer(L"OpenPrinterW", [&] { return Open(name, printer, defaults); }));
 }
 
-BOOL WINAPI OpenPrinter2W(LPCWSTR name, LPHANDLE printer, PPRINTER_DEFAULTSW defaults, PPRINTER_OPTIONS) {
-    return Succeeded(Answer(L"OpenPrinter2W", [&] { return Open(name, printer, defaults); }));
-}
-
 BOOL WINAPI ClosePrinter(HANDLE printer) {
     return Succeeded(Answer(L"ClosePrinter", [&] { return CloseHandleEntry(printer); }));
 }
@@ -185,25 +118,7 @@ BOOL WINAPI GetPrinterW(HANDLE handle, DWORD level, LPBYTE buffer, DWORD bytes, 
         const auto queue = LoadQueue(printer);
         if (!queue)
             return ERROR_PRINTER_DELETED;
-        return HandOutLevel(level, {*queue}, buffer, bytes, needed, nullptr);
-    }));
-}
-
-BOOL WINAPI EnumPrintersW(DWORD flags, LPWSTR server, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed,
-                          LPDWORD returned) {
-    return Succeeded(Answer(L"EnumPrintersW", [&]() -> DWORD {
-        if (!returned)
-            return ERROR_INVALID_PARAMETER;
-        if (!IsEmpty(server))
-            return ERROR_INVALID_NAME;  // there are no other machines
-        std::vector<Queue> queues;
-        if (flags & (PRINTER_ENUM_LOCAL | PRINTER_ENUM_NAME)) {
-            for (const std::wstring& name : QueueNames()) {
-                if (auto queue = LoadQueue(name))
-                    queues.push_back(std::move(*queue));
-            }
-        }
-        return HandOutLevel(level, queues, buffer, bytes, needed, returned);
+        return level == 2 ? HandOut(*queue, buffer, bytes, needed) : DWORD{ERROR_INVALID_LEVEL};
     }));
 }
 
