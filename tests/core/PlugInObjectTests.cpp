@@ -1,31 +1,43 @@
-// Identity, counting and the plain operations of the factory and of the plug-in object.
+// The factory and the plug-in object: the kit's identifiers and slots, counting, and the plain operations.
+// Identifiers and slots stand here once more, for a wrong one in the headers would be wrong on both sides.
 #include <gtest/gtest.h>
 
-#include <cwchar>
+#include <atomic>
+#include <thread>
 
 #include "tests/support/Counters.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/PlugInDll.h"
+#include "tests/support/ScratchRegistry.h"
 
 namespace kzp::test {
 namespace {
 
 void* const kPoison = reinterpret_cast<void*>(0xDEAD);
 
-// The driver's helper object: counts its references and may refuse its interface or fault when released.
+template <class... Arguments>
+HRESULT CallSlot(void* object, int slot, Arguments... arguments) {
+    using Slot = HRESULT(STDMETHODCALLTYPE*)(void*, Arguments...);
+    return (*static_cast<Slot**>(object))[slot](object, arguments...);
+}
+
+HRESULT CallSlotWithPoison(void* object, int slot) {
+    return CallSlot(object, slot, kPoison, kPoison, kPoison, kPoison, kPoison, kPoison, kPoison, kPoison,
+                    kPoison);
+}
+
+// The driver's helper object: counts its references, gives its interface as often as it is told, and may
+// fault when released. Its own operations answer their slot.
 class Helper final : public IPrintOemDriverUI {
   public:
+    explicit Helper(std::vector<bool> given = {true, true}) : m_given(std::move(given)) {}
     virtual ~Helper() = default;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
-        ++queries;
-        if (refuse || !IsEqualIID(riid, IID_IPrintOemDriverUI)) {
-            *object = nullptr;
-            return E_NOINTERFACE;
-        }
-        *object = static_cast<IPrintOemDriverUI*>(this);
-        AddRef();
-        return S_OK;
+        const bool give = m_given.at(static_cast<size_t>(queries++)) && riid == IID_IPrintOemDriverUI;
+        *object = give ? this : nullptr;
+        references += give;
+        return give ? S_OK : E_NOINTERFACE;
     }
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
     ULONG STDMETHODCALLTYPE Release() override {
@@ -35,66 +47,141 @@ class Helper final : public IPrintOemDriverUI {
         return references;
     }
     HRESULT STDMETHODCALLTYPE DrvGetDriverSetting(PVOID, PCSTR, PVOID, DWORD, PDWORD, PDWORD) override {
-        return E_NOTIMPL;
+        return 3;
     }
-    HRESULT STDMETHODCALLTYPE DrvUpgradeRegistrySetting(HANDLE, PCSTR, PCSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE DrvUpdateUISetting(PVOID, PVOID, DWORD, DWORD) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE DrvUpgradeRegistrySetting(HANDLE, PCSTR, PCSTR) override { return 4; }
+    HRESULT STDMETHODCALLTYPE DrvUpdateUISetting(PVOID, PVOID, DWORD, DWORD) override { return 5; }
 
     ULONG references = 1;
     int queries = 0;
-    bool refuse = false;
     void (*fault)() = nullptr;
+
+  private:
+    const std::vector<bool> m_given;
 };
 
 struct PlugInObject : testing::Test {
-    ~PlugInObject() override {
-        if (object)
-            object->Release();
+    ~PlugInObject() override { object->Release(); }
+
+    IClassFactory* Factory() const {
+        IClassFactory* factory = nullptr;
+        EXPECT_EQ(S_OK,
+                  dll.GetClassObject(CLSID_OEMUI, IID_IClassFactory, reinterpret_cast<void**>(&factory)));
+        return factory;
     }
 
+    ScratchRegistry registry;
     PlugInDll dll;
     IPrintOemUI2* object = dll.Create();
 };
 
-TEST_F(PlugInObject, ClassObjectIsServedForTheOneClassOnly) {
-    void* answer = kPoison;
-    EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, dll.GetClassObject(IID_IUnknown, IID_IClassFactory, &answer));
-    EXPECT_EQ(kPoison, answer) << "a foreign class leaves the pointer alone";
-
-    const size_t blocks = CountHeapBlocks();
-    EXPECT_EQ(E_NOINTERFACE, dll.GetClassObject(CLSID_OEMUI, IID_IPrintOemUI2, &answer));
-    EXPECT_EQ(nullptr, answer);
-    EXPECT_EQ(blocks, CountHeapBlocks()) << "the refused factory is freed";
+TEST(Identifiers, AreTheKits) {
+    const std::pair<GUID, PCWSTR> expected[] = {
+        {CLSID_OEMUI, L"{ABCE80D7-9F46-11D1-882A-00C04FB961EC}"},
+        {IID_IPrintOemCommon, L"{7F42285E-91D5-11D1-8820-00C04FB961EC}"},
+        {IID_IPrintOemUI, L"{C6A7A9D0-774C-11D1-947F-00A0C90640B8}"},
+        {IID_IPrintOemUI2, L"{292515F9-B54B-489B-9275-BAB56821395E}"},
+        {IID_IPrintOemDriverUI, L"{92B05D50-78BC-11D1-9480-00A0C90640B8}"},
+        {IID_IPrintCoreUI2, L"{085CCFCA-3ADF-4C9E-B491-D851A6EDC997}"},
+    };
+    for (const auto& [id, text] : expected) {
+        wchar_t own[40] = {};
+        StringFromGUID2(id, own, 40);
+        EXPECT_STREQ(text, own);
+    }
 }
 
-TEST_F(PlugInObject, FactoryHandsOutItsOnlyReference) {
-    IClassFactory* factory = nullptr;
-    ASSERT_EQ(S_OK, dll.GetClassObject(CLSID_OEMUI, IID_IClassFactory, reinterpret_cast<void**>(&factory)));
-    EXPECT_EQ(2u, factory->AddRef());
-    EXPECT_EQ(1u, factory->Release());
-
-    IUnknown* outer = object;
-    void* answer = kPoison;
-    EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(outer, IID_IUnknown, &answer));
-    EXPECT_EQ(E_NOINTERFACE, factory->CreateInstance(nullptr, IID_IPrintOemUI, &answer))
-        << "the older interface is refused";
-    EXPECT_EQ(nullptr, answer);
-    EXPECT_EQ(0u, factory->Release());
-}
-
-TEST_F(PlugInObject, AnswersForTwoInterfacesAndCountsThem) {
-    ASSERT_NE(nullptr, object);
+TEST_F(PlugInObject, IsServedForItsClassAndInterfacesAlone) {
+    IClassFactory* const factory = Factory();
     for (const IID& accepted : {IID_IUnknown, IID_IPrintOemUI2}) {
         void* answer = nullptr;
         EXPECT_EQ(S_OK, object->QueryInterface(accepted, &answer));
         EXPECT_EQ(object, answer);
         EXPECT_EQ(1u, object->Release());
     }
-    for (const IID& refused : {IID_IPrintOemUI, IID_IPrintOemCommon, IID_IClassFactory}) {
+    std::vector<IID> refused = {IID_IPrintOemUI, IID_IPrintOemCommon};
+    for (size_t byte = 0; byte < sizeof(GUID); ++byte) {
+        CLSID otherClass = CLSID_OEMUI;
+        reinterpret_cast<BYTE*>(&otherClass)[byte] ^= 1;
         void* answer = kPoison;
-        EXPECT_EQ(E_NOINTERFACE, object->QueryInterface(refused, &answer));
-        EXPECT_EQ(nullptr, answer);
+        EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, dll.GetClassObject(otherClass, IID_IClassFactory, &answer));
+        EXPECT_EQ(kPoison, answer) << "a foreign class leaves the pointer alone";
+        refused.push_back(IID_IPrintOemUI2);
+        reinterpret_cast<BYTE*>(&refused.back())[byte] ^= 1;
     }
+    const size_t blocks = CountHeapBlocks();
+    for (const IID& id : refused) {
+        void* answers[] = {kPoison, kPoison, kPoison};
+        EXPECT_EQ(E_NOINTERFACE, object->QueryInterface(id, &answers[0]));
+        EXPECT_EQ(E_NOINTERFACE, factory->CreateInstance(nullptr, id, &answers[1]));
+        EXPECT_EQ(E_NOINTERFACE, dll.GetClassObject(CLSID_OEMUI, id, &answers[2]));
+        for (void* const answer : answers)
+            EXPECT_EQ(nullptr, answer);
+    }
+    void* answer = nullptr;
+    EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(object, IID_IUnknown, &answer));
+    EXPECT_EQ(blocks, CountHeapBlocks()) << "refused objects and factories are freed";
+    EXPECT_EQ(0u, factory->Release());
+}
+
+// Every change of a count is answered with the count that it left: with threads that meet, a change that is
+// lost and a count that is looked at a second time both show in the sum of the answers.
+TEST_F(PlugInObject, IsCountedByTwoThreadsAtOnce) {
+    constexpr int kTimes = 300'000;
+    IClassFactory* const factory = Factory();
+    EXPECT_EQ(S_OK, dll.CanUnloadNow()) << "live objects do not count";
+    std::atomic<int> missing = 2;
+    const auto count = [&](LONG64* sum) {
+        for (--missing; missing != 0;)
+            std::this_thread::yield();
+        for (int time = 0; time < kTimes; ++time) {
+            for (IUnknown* const each : std::initializer_list<IUnknown*>{object, factory}) {
+                *sum += each->AddRef();
+                *sum -= each->Release();
+            }
+            factory->LockServer(TRUE);
+            factory->LockServer(FALSE);
+        }
+    };
+    factory->LockServer(TRUE);
+    LONG64 sums[2] = {};
+    std::thread other(count, &sums[1]);
+    count(&sums[0]);
+    other.join();
+    EXPECT_EQ(2 * 2 * kTimes, sums[0] + sums[1]);
+    EXPECT_EQ(S_FALSE, dll.CanUnloadNow());
+    factory->LockServer(FALSE);
+    EXPECT_EQ(S_OK, dll.CanUnloadNow());
+    EXPECT_EQ(0u, factory->Release());
+}
+
+TEST_F(PlugInObject, HasItsOperationsInTheKitsSlots) {
+    DWORD signature = 0, needed = 0;
+    EXPECT_EQ(S_OK, CallSlot(object, 3, OEMGI_GETSIGNATURE, &signature, 4, &needed));
+    EXPECT_EQ(0x42524D4Bu, signature);
+    OEMDMPARAM record = {};
+    EXPECT_EQ(S_OK, CallSlot(object, 4, OEMDM_SIZE, &record));
+    EXPECT_EQ(560u, record.cbBufSize);
+    EXPECT_EQ(E_POINTER, CallSlot(object, 5, nullptr));
+    OEMCUIPPARAM items = {};
+    items.cOEMOptItems = 5;
+    EXPECT_EQ(S_OK, CallSlot(object, 6, OEMCUIP_PRNPROP, &items));
+    EXPECT_EQ(0u, items.cOEMOptItems);
+    PROPSHEETUI_INFO sheet = {};
+    sheet.Version = PROPSHEETUI_INFO_VERSION;
+    sheet.Reason = PROPSHEETUI_REASON_DESTROY;
+    EXPECT_EQ(S_OK, CallSlot(object, 7, &sheet, nullptr));
+    EXPECT_EQ(1u, sheet.Result);
+    for (int slot = 8; slot <= 18; ++slot)
+        EXPECT_EQ(E_NOTIMPL, CallSlotWithPoison(object, slot)) << slot << " writes and reads nothing";
+    INT result = 77;
+    EXPECT_EQ(S_OK,
+              CallSlot(object, 19, nullptr, nullptr, DOCUMENTEVENT_ENDPAGE, 0, nullptr, 0, nullptr, &result));
+    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, result);
+
+    Helper helper;
+    for (int slot = 3; slot <= 5; ++slot)
+        EXPECT_EQ(slot, CallSlotWithPoison(&helper, slot));
 }
 
 TEST_F(PlugInObject, ReportsSignatureAndVersionInFourBytes) {
@@ -104,12 +191,9 @@ TEST_F(PlugInObject, ReportsSignatureAndVersionInFourBytes) {
         DWORD value, needed;
     } cases[] = {
         {OEMGI_GETSIGNATURE, 4, S_OK, 0x42524D4B, 4},
-        {OEMGI_GETVERSION, 4, S_OK, 0x03050007, 4},
         {OEMGI_GETVERSION, 0, S_OK, 0x03050007, 4},
         {OEMGI_GETSIGNATURE, 5, E_FAIL, 77, 77},
-        {OEMGI_GETSIGNATURE, 8, E_FAIL, 77, 77},
         {OEMGI_GETINTERFACEVERSION, 4, E_NOTIMPL, 77, 4},
-        {OEMGI_GETPUBLISHERINFO, 4, E_NOTIMPL, 77, 4},
         {OEMGI_GETREQUESTEDHELPERINTERFACES, 4, E_NOTIMPL, 77, 4},
     };
     for (const auto& [mode, size, result, value, needed] : cases) {
@@ -117,54 +201,36 @@ TEST_F(PlugInObject, ReportsSignatureAndVersionInFourBytes) {
         EXPECT_EQ(result, object->GetInfo(mode, &gotValue, size, &gotNeeded)) << mode << " with " << size;
         EXPECT_EQ(value, gotValue) << mode;
         EXPECT_EQ(needed, gotNeeded) << mode;
+        EXPECT_EQ(E_FAIL, object->GetInfo(mode, nullptr, 4, &gotNeeded));
+        EXPECT_EQ(E_FAIL, object->GetInfo(mode, &gotValue, 4, nullptr));
+        EXPECT_EQ(value, gotValue) << mode;
     }
-    DWORD value = 77;
-    EXPECT_EQ(E_FAIL, object->GetInfo(OEMGI_GETSIGNATURE, nullptr, 4, &value));
-    EXPECT_EQ(77u, value);
-    EXPECT_EQ(E_FAIL, object->GetInfo(OEMGI_GETSIGNATURE, &value, 4, nullptr));
-    EXPECT_EQ(77u, value);
 }
 
-// Each through its slot, so that a wrong order of slots shows.
-TEST_F(PlugInObject, RefusesWhatItDoesNotSupportAndWritesNothing) {
-    using Slot =
-        HRESULT(STDMETHODCALLTYPE*)(void*, void*, void*, void*, void*, void*, void*, void*, void*, void*);
-    auto* const slots = *reinterpret_cast<Slot**>(object);
-    for (int slot = 8; slot <= 18; ++slot)
-        EXPECT_EQ(E_NOTIMPL, slots[slot](object, kPoison, kPoison, kPoison, kPoison, kPoison, kPoison,
-                                         kPoison, kPoison, kPoison))
-            << "slot " << slot;
-    INT result = 77;
-    EXPECT_EQ(S_OK,
-              reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)(void*, HANDLE, HDC, INT, ULONG, PVOID, ULONG,
-                                                           PVOID, PINT)>(reinterpret_cast<void*>(slots[19]))(
-                  object, nullptr, nullptr, DOCUMENTEVENT_ENDPAGE, 0, nullptr, 0, nullptr, &result));
-    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, result) << "slot 19 is the document event";
-}
-
+// The interface is asked for twice, and the second answer counts.
 TEST_F(PlugInObject, TakesTheHelperOncePerObjectAndForTheModule) {
-    Helper helper;
-    EXPECT_EQ(E_POINTER, object->PublishDriverInterface(nullptr));
-    EXPECT_EQ(S_OK, object->PublishDriverInterface(&helper));
-    EXPECT_EQ(3u, helper.references) << "one reference for the object, one for the module";
-    EXPECT_EQ(E_FAIL, object->PublishDriverInterface(&helper));
-    EXPECT_EQ(2, helper.queries) << "a second hand-over is not even asked";
-
-    EXPECT_EQ(0u, object->Release());
-    object = nullptr;
-    EXPECT_EQ(2u, helper.references) << "the module's reference is never given back";
-}
-
-TEST_F(PlugInObject, SurvivesAHelperThatRefusesItsInterface) {
-    Helper helper;
-    helper.refuse = true;
-    EXPECT_EQ(E_NOINTERFACE, object->PublishDriverInterface(&helper));
-    EXPECT_EQ(1u, helper.references);
-    helper.refuse = false;
-    EXPECT_EQ(S_OK, object->PublishDriverInterface(&helper))
-        << "nothing was taken, so it may be offered again";
-    object->Release();  // while the helper lives
-    object = nullptr;
+    const struct {
+        std::vector<bool> given;
+        HRESULT result, again;
+        int queries;
+        ULONG references;
+    } cases[] = {
+        {{true, true}, S_OK, E_FAIL, 2, 3},
+        {{false, true, true, true}, S_OK, S_OK, 4, 4},
+        {{true, false}, E_NOINTERFACE, E_FAIL, 2, 2},
+        {{false, false, true, true}, E_NOINTERFACE, S_OK, 4, 3},
+    };
+    for (const auto& [given, result, again, queries, references] : cases) {
+        Helper helper(given);
+        IPrintOemUI2* const owner = dll.Create();
+        EXPECT_EQ(E_POINTER, owner->PublishDriverInterface(nullptr));
+        EXPECT_EQ(result, owner->PublishDriverInterface(&helper));
+        EXPECT_EQ(again, owner->PublishDriverInterface(&helper));
+        EXPECT_EQ(queries, helper.queries) << "a hand-over too many is not even asked";
+        EXPECT_EQ(references, helper.references);
+        EXPECT_EQ(0u, owner->Release());
+        EXPECT_EQ(references - 1, helper.references) << "the module's reference is never given back";
+    }
 }
 
 std::wstring g_trace;
@@ -194,18 +260,12 @@ TEST_F(PlugInObject, TracesAHelperThatFaultsWhenReleased) {
 
 TEST_F(PlugInObject, TracesABufferThatCannotBeWritten) {
     const ImportPatch patch(dll.Module(), "OutputDebugStringW", AddressOf(RecordTrace));
-    void* const readOnly = VirtualAlloc(nullptr, 1, MEM_COMMIT, PAGE_READONLY);
     DWORD value = 0;
-    const struct {
-        void* buffer;
-        void* needed;
-    } cases[] = {{readOnly, &value}, {&value, readOnly}, {kPoison, &value}};
-    for (const auto& [buffer, needed] : cases) {
+    for (const auto& [buffer, needed] : {std::pair<void*, void*>{&value, kPoison}, {kPoison, &value}}) {
         g_trace.clear();
         EXPECT_EQ(E_FAIL, object->GetInfo(OEMGI_GETVERSION, buffer, 4, static_cast<PDWORD>(needed)));
         EXPECT_EQ(0u, g_trace.find(L"KZPPrinterUI::GetInfo (EXCEPTION) [core/KZPPrinterUI,")) << g_trace;
     }
-    VirtualFree(readOnly, 0, MEM_RELEASE);
 }
 
 }  // namespace

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
+#include "tests/support/ImportPatch.h"
 #include "tests/support/ScratchRegistry.h"
 
 namespace kzp::test {
@@ -13,94 +16,113 @@ struct Settings : testing::Test {
     void Store(const wchar_t* name, DWORD type, const void* data, size_t bytes) {
         WriteValue(HKEY_CURRENT_USER, kSettingsKey, name, type, data, bytes);
     }
-    std::optional<RegistryValue> Stored(const wchar_t* name) {
-        return ReadValue(HKEY_CURRENT_USER, kSettingsKey, name);
+    std::wstring Text(const wchar_t* name, int answer = 1) {
+        std::wstring text = L"poison";
+        EXPECT_EQ(answer, ReadStringSetting(name, text));
+        return text;
+    }
+    DWORD Number(const wchar_t* name, int answer = 1) {
+        DWORD number = 77;
+        EXPECT_EQ(answer, ReadDwordSetting(name, number));
+        return number;
+    }
+    void ExpectStored(const wchar_t* name, DWORD type, size_t bytes) {
+        const auto value = ReadValue(HKEY_CURRENT_USER, kSettingsKey, name);
+        ASSERT_TRUE(value);
+        EXPECT_EQ(type, value->type);
+        EXPECT_EQ(std::vector<BYTE>(bytes), value->bytes);
+    }
+    void ExpectNothingWorks(const wchar_t* name) {
+        EXPECT_EQ(L"", Text(name, 0));
+        EXPECT_EQ(0u, Number(name, 0));
+        DWORD bytes = 0;
+        EXPECT_EQ(0, ReadBinarySetting(name, nullptr, bytes));
+        EXPECT_EQ(0, WriteStringSetting(name, L"x"));
+        EXPECT_EQ(0, WriteDwordSetting(name, 1));
+        EXPECT_EQ(0, WriteBinarySetting(name, &bytes, 4));
     }
 
     ScratchRegistry registry;
 };
 
 TEST_F(Settings, AFreshUserGetsEveryValueWithItsDefault) {
-    std::wstring text = L"poison";
-    EXPECT_EQ(1, ReadStringSetting(kLaunchView, text)) << "the key itself is new";
-    EXPECT_EQ(L"", text);
-    DWORD number = 77;
-    EXPECT_EQ(1, ReadDwordSetting(kOutputType, number));
-    EXPECT_EQ(0u, number);
+    EXPECT_EQ(L"", Text(kLaunchView)) << "the key itself is new";
+    EXPECT_EQ(0u, Number(kOutputType));
     BYTE bytes[64] = {};
     DWORD count = sizeof bytes;
     EXPECT_EQ(1, ReadBinarySetting(kFontList, bytes, count));
     EXPECT_EQ(0u, count);
-
-    ASSERT_TRUE(Stored(L"LaunchKZPView"));
-    EXPECT_EQ(REG_SZ, Stored(L"LaunchKZPView")->type);
-    EXPECT_EQ(0u, Stored(L"LaunchKZPView")->bytes.size());
-    ASSERT_TRUE(Stored(L"OutputType"));
-    EXPECT_EQ(REG_DWORD, Stored(L"OutputType")->type);
-    EXPECT_EQ(4u, Stored(L"OutputType")->bytes.size());
-    ASSERT_TRUE(Stored(L"FONTLIST"));
-    EXPECT_EQ(REG_BINARY, Stored(L"FONTLIST")->type);
-    EXPECT_EQ(0u, Stored(L"FONTLIST")->bytes.size());
+    ExpectStored(L"LaunchKZPView", REG_SZ, 0);
+    ExpectStored(L"OutputType", REG_DWORD, 4);
+    ExpectStored(L"FONTLIST", REG_BINARY, 0);
 }
 
 TEST_F(Settings, TextsAreStoredWithHalfATerminatorAndReadBack) {
     for (const size_t length : {0u, 1u, 6u, 13u, 500u, 1023u}) {
         const std::wstring text(length, L'x');
         EXPECT_EQ(1, WriteStringSetting(kDefaultDir, text));
-        ASSERT_TRUE(Stored(L"DefaultDir"));
-        EXPECT_EQ(REG_SZ, Stored(L"DefaultDir")->type);
-        EXPECT_EQ(2 * length + 1, Stored(L"DefaultDir")->bytes.size()) << length;
-        std::wstring read;
-        EXPECT_EQ(1, ReadStringSetting(kDefaultDir, read));
-        EXPECT_EQ(text, read) << length;
+        const auto stored = ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"DefaultDir");
+        ASSERT_TRUE(stored);
+        EXPECT_EQ(REG_SZ, stored->type);
+        EXPECT_EQ(2 * length + 1, stored->bytes.size()) << length;
+        EXPECT_EQ(text, Text(kDefaultDir));
     }
 }
 
 TEST_F(Settings, NamesThatReachOutOfTheKeyAreRefused) {
-    std::wstring text;
-    DWORD number = 77, count = 0;
-    for (const wchar_t* name : {L"", L"A\\B", L"\\"}) {
-        EXPECT_EQ(0, ReadStringSetting(name, text));
-        EXPECT_EQ(0, ReadDwordSetting(name, number));
-        EXPECT_EQ(0u, number);
-        EXPECT_EQ(0, ReadBinarySetting(name, nullptr, count));
-        EXPECT_EQ(0, WriteStringSetting(name, L"x"));
-        EXPECT_EQ(0, WriteDwordSetting(name, 1));
-        EXPECT_EQ(0, WriteBinarySetting(name, &count, 4));
-    }
+    for (const wchar_t* name : {L"", L"A\\B", L"\\"})
+        ExpectNothingWorks(name);
     EXPECT_FALSE(KeyExists(HKEY_CURRENT_USER, kSettingsKey)) << "nothing was touched";
 }
 
-TEST_F(Settings, ValuesOfForeignTypeAndLengthStayInsideTheBuffers) {
-    std::wstring text;
-    // Exactly the buffer's size, without a terminator.
-    const std::wstring full(1024, L'x');
-    Store(kPathDirs, REG_BINARY, full.data(), 2048);
-    EXPECT_EQ(1, ReadStringSetting(kPathDirs, text));
-    EXPECT_EQ(1023u, text.size());
-    // Longer: unreadable, and replaced by the default.
-    const std::wstring longer(1100, L'y');
-    Store(kPathDirs, REG_SZ, longer.data(), 2200);
-    EXPECT_EQ(1, ReadStringSetting(kPathDirs, text));
-    EXPECT_EQ(L"", text);
-    EXPECT_EQ(0u, Stored(L"PathDirs")->bytes.size());
-    // A number under a text's name, and texts of odd length, are taken as their bytes.
-    const DWORD ab = 0x00420041;
-    Store(kPathDirs, REG_DWORD, &ab, 4);
-    EXPECT_EQ(1, ReadStringSetting(kPathDirs, text));
-    EXPECT_EQ(L"AB", text);
-    Store(kPathDirs, REG_BINARY, L"ABC", 5);
-    EXPECT_EQ(1, ReadStringSetting(kPathDirs, text));
-    EXPECT_EQ(L"ABC", text);
+TEST_F(Settings, WithoutRightsReadsAndWritesFailQuietly) {
+    ScratchRegistry::RefuseUserKeys();
+    ExpectNothingWorks(kDefaultDir);
+}
 
-    DWORD number = 0;
+decltype(&RegCreateKeyExW) g_create = nullptr;
+REGSAM g_rights = 0;
+
+LSTATUS WINAPI NoteRights(HKEY root, LPCWSTR path, DWORD reserved, LPWSTR type, DWORD options, REGSAM rights,
+                          LPSECURITY_ATTRIBUTES security, PHKEY key, LPDWORD disposition) {
+    g_rights |= rights;
+    return g_create(root, path, reserved, type, options, rights, security, key, disposition);
+}
+
+TEST_F(Settings, AskForNoMoreThanReadingAndWriting) {
+    const ImportPatch patch(GetModuleHandleW(nullptr), "RegCreateKeyExW", AddressOf(NoteRights));
+    g_create = patch.Original<decltype(g_create)>();
+    Text(kInstallDir);
+    Number(kOutputType);
+    WriteStringSetting(kDefaultDir, L"x");
+    EXPECT_EQ(REGSAM{KEY_READ | KEY_WRITE}, g_rights);
+}
+
+TEST_F(Settings, ValuesOfForeignTypeAndLengthStayInsideTheBuffers) {
     const BYTE bytes[] = {1, 2, 3, 4, 5};
+    const DWORD ab = 0x00420041;
+    const std::wstring full(1024, L'x');  // exactly the buffer's size, without a terminator
+    const std::wstring longer(1025, L'y');
+    const struct {
+        DWORD type;
+        const void* data;
+        size_t bytes;
+        std::wstring text;
+    } texts[] = {{REG_BINARY, full.data(), 2048, full.substr(1)},
+                 {REG_DWORD, &ab, 4, L"AB"},
+                 {REG_BINARY, L"ABC", 5, L"ABC"},
+                 {REG_SZ, longer.data(), 2050, L""}};
+    for (const auto& stored : texts) {
+        Store(kPathDirs, stored.type, stored.data, stored.bytes);
+        EXPECT_EQ(stored.text, Text(kPathDirs));
+    }
+    ExpectStored(L"PathDirs", REG_SZ, 0);  // what is longer is replaced by the default
+
     Store(kOutputType, REG_BINARY, bytes, 2);
-    EXPECT_EQ(1, ReadDwordSetting(kOutputType, number));
-    EXPECT_EQ(0x0201u, number);
+    EXPECT_EQ(0x0201u, Number(kOutputType));
     Store(kOutputType, REG_BINARY, bytes, 5);
-    EXPECT_EQ(1, ReadDwordSetting(kOutputType, number));
-    EXPECT_EQ(0u, number) << "too long: replaced by the default";
+    EXPECT_EQ(0u, Number(kOutputType));
+    ExpectStored(L"OutputType", REG_DWORD, 4);
 
     BYTE buffer[4] = {9, 9, 9, 9};
     DWORD count = 2;
@@ -111,30 +133,14 @@ TEST_F(Settings, ValuesOfForeignTypeAndLengthStayInsideTheBuffers) {
 }
 
 TEST_F(Settings, InstallDirAloneIsReadFromTheMachine) {
-    WriteText(HKEY_LOCAL_MACHINE, kSettingsKey, L"InstallDir", L"C:\\Program Files\\KZP");
-    WriteText(HKEY_LOCAL_MACHINE, kSettingsKey, L"installdir2", L"machine");
-    std::wstring text;
-    EXPECT_EQ(1, ReadStringSetting(kInstallDir, text));
-    EXPECT_EQ(L"C:\\Program Files\\KZP", text);
-    EXPECT_EQ(1, ReadStringSetting(L"installdir2", text));
-    EXPECT_EQ(L"", text) << "the name is compared with its case";
-    EXPECT_EQ(1, WriteStringSetting(kInstallDir, L"D:\\Mine"));
-    EXPECT_EQ(L"D:\\Mine", Stored(L"InstallDir")->Text()) << "writes go to the user's hive";
-    EXPECT_EQ(1, ReadStringSetting(kInstallDir, text));
-    EXPECT_EQ(L"C:\\Program Files\\KZP", text);
-}
-
-TEST_F(Settings, WithoutRightsReadsAndWritesFailQuietly) {
-    ScratchRegistry::RefuseUserKeys();
-    std::wstring text = L"poison";
-    DWORD number = 77, count = 0;
-    EXPECT_EQ(0, ReadStringSetting(kDefaultDir, text));
-    EXPECT_EQ(L"", text);
-    EXPECT_EQ(0, ReadDwordSetting(kOutputType, number));
-    EXPECT_EQ(0u, number);
-    EXPECT_EQ(0, ReadBinarySetting(kFontList, &number, count));
-    EXPECT_EQ(0, WriteStringSetting(kDefaultDir, L"x"));
-    EXPECT_EQ(0, WriteDwordSetting(kOutputType, 1));
+    for (const wchar_t* const name : {L"InstallDir", L"OtherDir"})
+        WriteText(HKEY_LOCAL_MACHINE, kSettingsKey, name, L"C:\\Program Files\\KZP");
+    EXPECT_EQ(L"C:\\Program Files\\KZP", Text(kInstallDir));
+    EXPECT_EQ(L"", Text(L"OtherDir"));
+    EXPECT_EQ(L"", Text(L"INSTALLDIR")) << "the name is compared with its case";
+    EXPECT_EQ(1, WriteStringSetting(kInstallDir, L"D:\\Mine")) << "writes go to the user's hive";
+    EXPECT_EQ(L"D:\\Mine", ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"InstallDir")->Text());
+    EXPECT_EQ(L"C:\\Program Files\\KZP", Text(kInstallDir));
 }
 
 TEST(YesOrNo, IsComparedOverTheStoredLength) {

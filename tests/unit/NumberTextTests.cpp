@@ -4,77 +4,84 @@
 #include <algorithm>
 #include <cfloat>
 #include <clocale>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
 #include <limits>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "pages/settings/NumberText.h"
+#include "tests/support/ImportPatch.h"
 
 namespace kzp {
 namespace {
 
-std::wstring Formatted(double value) {
-    NumberText text;
-    std::fill(std::begin(text), std::end(text), L'#');
-    FormatTwoDecimals(value, text);
-    EXPECT_EQ(text[std::wcslen(text) + 1], L'\0') << value;
-    return text;
-}
-
-TEST(NumbersAreWritten, WithTwoDecimalsAndNoSign) {
-    const struct {
-        double value;
-        const wchar_t* text;
-    } cases[] = {{0, L"0.00"},        {0.0004, L"0.00"},
-                 {0.001, L"0.00"},    {0.006, L"0.01"},
-                 {0.05, L"0.05"},     {0.1, L"0.10"},
-                 {0.996, L"1.00"},    {8.5, L"8.50"},
-                 {99.999, L"100.00"}, {2147483.647, L"2147483.65"},
-                 {0.125, L"0.13"},    {1234.375, L"1234.38"},
-                 {-3.25, L"3.25"},    {-0.05, L"0.05"}};
-    for (const auto& [value, text] : cases)
-        EXPECT_EQ(Formatted(value), text);
-}
-
-TEST(NumbersAreWritten, OfAnySizeWithoutLeavingTheirBuffers) {
-    EXPECT_EQ(Formatted(FLT_MAX).size(), 39u + 3);
-    for (const double foreign : {1e39, 1e300, DBL_MAX, std::numeric_limits<double>::infinity(),
-                                 std::numeric_limits<double>::quiet_NaN()})
-        EXPECT_EQ(Formatted(foreign), L"0.00");
+TEST(NumbersAreWritten, WithTwoDecimalsAndNoSignWithinTheirBuffers) {
+    const std::pair<double, const wchar_t*> cases[] = {
+        {0, L"0.00"},
+        {0.0004, L"0.00"},
+        {0.006, L"0.01"},
+        {0.05, L"0.05"},
+        {0.1, L"0.10"},
+        {0.996, L"1.00"},
+        {8.5, L"8.50"},
+        {99.999, L"100.00"},
+        {2147483.647, L"2147483.65"},
+        {0.125, L"0.13"},
+        {-3.25, L"3.25"},
+        {FLT_MAX, L"340282346638528859811704183484516925440.00"},
+        {1e39, L"0.00"},
+        {-DBL_MAX, L"0.00"},
+        {std::numeric_limits<double>::infinity(), L"0.00"},
+        {std::nan(""), L"0.00"},
+    };
+    for (const auto& [value, expected] : cases) {
+        NumberText text;
+        std::fill(std::begin(text), std::end(text), L'#');
+        FormatTwoDecimals(value, text);
+        EXPECT_STREQ(expected, text);
+        EXPECT_EQ(L'\0', text[std::wcslen(text) + 1]) << value;
+    }
 }
 
 TEST(Rounding, GoesAwayFromZeroFromTheToleranceBandOn) {
-    const struct {
-        double value, rounded;
-    } cases[] = {{1.0046, 1.01},   {1.0044, 1.00},   {1.005, 1.01},  {1.0056, 1.01},   {1.25, 1.25}, {0, 0},
-                 {-1.0046, -1.01}, {-1.0044, -1.00}, {-1.25, -1.25}, {-1.0056, -1.01}, {0.001, 0}};
+    const std::pair<double, double> cases[] = {{1.0046, 1.01}, {1.0044, 1.00},   {1.005, 1.01},
+                                               {1.25, 1.25},   {-1.0046, -1.01}, {-1.0044, -1.00},
+                                               {0.001, 0}};
     for (const auto& [value, rounded] : cases)
-        EXPECT_DOUBLE_EQ(RoundToHundredths(value), rounded) << value;
-}
-
-std::string OnePass(std::string text, bool* removed = nullptr) {
-    const bool changed = FilterPass(text.data());
-    if (removed)
-        *removed = changed;
-    text.resize(std::strlen(text.c_str()));
-    return text;
+        EXPECT_DOUBLE_EQ(rounded, RoundToHundredths(value)) << value;
 }
 
 TEST(KeystrokeFilter, StepsOverWhatSlidesIntoAGap) {
-    bool removed = false;
-    EXPECT_EQ(OnePass("ab1", &removed), "b1");
-    EXPECT_TRUE(removed);
-    EXPECT_EQ(OnePass("..5"), ".5");
-    EXPECT_EQ(OnePass("1.."), "1.");
+    const std::tuple<std::string, const char*, bool> cases[] = {
+        {"ab1", "b1", true}, {"..5", ".5", true}, {"1..", "1.", true}, {"1.5", "1.5", false}};
+    for (auto [text, left, removed] : cases) {
+        EXPECT_EQ(removed, FilterPass(text.data()));
+        EXPECT_STREQ(left, text.c_str());
+    }
+}
+
+decltype(&WideCharToMultiByte) g_convert = nullptr;
+DWORD g_refusedFlags = 0;
+
+int WINAPI ConvertToUtf8(UINT, DWORD flags, LPCWSTR text, int characters, LPSTR ansi, int bytes,
+                         LPCSTR lacking, LPBOOL lacked) {
+    g_refusedFlags |= flags;
+    return flags != 0 ? 0 : g_convert(CP_UTF8, 0, text, characters, ansi, bytes, lacking, lacked);
 }
 
 TEST(NumbersAreRead, WithoutLookAlikeDigitsAndNeverTooLarge) {
     EXPECT_EQ(ParseNumber(L"12x"), 12.0f);
     EXPECT_EQ(ParseNumber(L"\xFF11\xFF12"), 0.0f);
     EXPECT_EQ(ParseNumber(std::wstring(kNumberChars - 1, L'9').c_str()), FLT_MAX);
+    const test::ImportPatch utf8(GetModuleHandleW(nullptr), "WideCharToMultiByte",
+                                 test::AddressOf(ConvertToUtf8));
+    g_convert = utf8.Original<decltype(g_convert)>();
+    EXPECT_EQ(ParseNumber(L"8.50"), 8.5f) << "in a program whose ANSI code page is UTF-8";
+    EXPECT_EQ(DWORD{WC_NO_BEST_FIT_CHARS}, g_refusedFlags);
 }
 
 // In a program of another language the run-time's own functions would stop at the point.
@@ -94,9 +101,9 @@ TEST(NumbersAreRead, AsTheRunTimeDoesInEnglishAndInEveryOtherLanguage) {
     }
     // Half way between two values of single precision, and next to it; then of double precision.
     for (const char* const tie :
-         {"16777217", "33554434.0", "1.000000059604644775390625", "9007199254740993"}) {
-        for (const char* const tail : {"", "00000000000000000000000", ".0000000000000000000001"})
-            texts.push_back(std::string(tie) + (std::strchr(tie, '.') && *tail == '.' ? tail + 1 : tail));
+         {"16777217.", "33554434.0", "1.000000059604644775390625", "9007199254740993."}) {
+        for (const char* const tail : {"", "00000000000000000000000", "0000000000000000000001"})
+            texts.push_back(std::string(tie) + tail);
     }
     for (int hundredths = 0; hundredths <= 999999; ++hundredths) {
         const std::string digits = std::to_string(hundredths + 100);
