@@ -23,8 +23,8 @@ std::wstring LoadText(const SheetState& sheet, UINT id, HMODULE module = g_hInst
 // Sets each control's text; one that cannot be loaded leaves the template's.
 void LocaliseControls(const SheetState& sheet, HWND page, std::span<const ControlText> table);
 
-// Sends text `title` to the page as PSM_SETTITLEW with wParam 1. To the page, as it is meant, which does
-// nothing with a message for the sheet; the tab gets its title from the fonts dialog.
+// Sends text `title` to the page as PSM_SETTITLEW with wParam 1. The page is meant, though it does nothing
+// with a message for its frame; the tab gets its title through the fonts dialog.
 void LocalisePageTitle(const SheetState& sheet, HWND page, UINT title);
 
 }  // namespace kzp

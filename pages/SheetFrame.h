@@ -21,8 +21,8 @@ void PressCtrlTab(int times);
 // go to whatever window has the focus; a page that they miss is created when the user first comes to it.
 void VisitAllTabs(SheetState& sheet, HWND frame);
 
-// Enables the sheet's Apply button directly. (PSM_CHANGED would also mark a page, and the driver asks no
-// page.)
+// Enables the sheet's Apply button directly, as it is meant: the frame does not count one of our pages as
+// changed, as it would with PSM_CHANGED.
 void EnableApply(HWND frame);
 
 }  // namespace kzp

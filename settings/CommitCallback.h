@@ -6,7 +6,8 @@
 namespace kzp {
 
 // The OEMCUIPCALLBACK that CommonUIProp registers; called on the sheet's thread for every event of the
-// driver's own page. Answers a CPSUICB_ACTION_* value; NO_APPLY_EXIT keeps the sheet open.
+// driver's own page, with the sheet's parameter block. Answers a CPSUICB_ACTION_* value; NO_APPLY_EXIT, which
+// only a commit answers, keeps the sheet open.
 LONG APIENTRY CommitCallback(PCPSUICBPARAM cbparam, POEMCUIPPARAM param);
 
 }  // namespace kzp

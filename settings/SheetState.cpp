@@ -27,7 +27,10 @@ Kinship Compare(const Identity& left, const Identity& right) {
         return !a || !b ? Kinship::kUnknown : a == b ? Kinship::kSame : Kinship::kOther;
     };
     const Kinship records = compare(left.record, right.record);
-    return records != Kinship::kUnknown ? records : compare(left.uiObject, right.uiObject);
+    const Kinship objects = compare(left.uiObject, right.uiObject);
+    if (records == Kinship::kUnknown)
+        return objects;
+    return records == Kinship::kOther && objects == Kinship::kSame ? Kinship::kUnknown : records;
 }
 
 Identity IdentityOf(const OEMCUIPPARAM& block) {
@@ -141,6 +144,7 @@ SheetUse PresentSheet(POEMCUIPPARAM block) {
         return Use(AddPresentedSheet(block));
     std::rotate(found, std::next(found), g_shared.sheets.end());
     Sheet& sheet = *g_shared.sheets.back();
+    sheet.thread = GetCurrentThreadId();
     sheet.presented = true;
     sheet.CurrentUIParam = block;
     sheet.identity = IdentityOf(*block);

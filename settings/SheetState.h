@@ -69,17 +69,17 @@ struct SheetUseTraits {
 using SheetUse = UniqueHandle<SheetUseTraits>;
 
 // The driver's entry points carry no common key. A plug-in object may be made for a single call, a block may
-// be presented twice at two addresses, and addresses serve again. What tells sheets apart is, in this order:
-// the block's own address; the private record (pOEMDM), which one document's sheet has to itself; the UI
-// object (poemuiobj), where one side names no record. Those who agree in the first that both sides name are
-// the same sheet, those who differ are not.
+// be presented twice at two addresses, and addresses serve again. What tells sheets apart is the block's own
+// address; then the private record (pOEMDM), which one document's sheet has to itself; and where one side
+// names no record, the UI object (poemuiobj). Where these leave it open, or contradict each other, nothing
+// but the order of the calls is left: a thread adds pages to the sheet that it presented last.
 
 // CommonUIProp: the sheet of this block, or a new one. Throws std::bad_alloc, as all that may make a new one.
 SheetUse PresentSheet(POEMCUIPPARAM block);
 
 // PROPSHEETUI_REASON_INIT: the presented sheet that `info.lParamInit` (OEMUIPSPARAM) speaks of and that had
-// no pages yet, the latest of several. Where either side names nothing, the one that this thread presented
-// last. Otherwise a new sheet, without a block.
+// no pages yet, the latest of several. Where that is open, the one that this thread presented last. Otherwise
+// a new sheet, without a block.
 SheetUse AddPagesToSheet(const PROPSHEETUI_INFO& info);
 
 // The callback: the sheet of the block that it is given; a new one for a block that was never presented.

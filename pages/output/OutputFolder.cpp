@@ -14,8 +14,8 @@ namespace kzp {
 
 namespace {
 
-// Item lists come from the shell's allocator, whose blocks the global-memory functions take; OLE's own free
-// function would make every printing process load OLE.
+// The shell takes item lists from the process heap, where a fixed block is its own global handle: the
+// global-memory functions free it, and OLE's allocator need not be asked for.
 struct ItemListTraits {
     using Type = LPITEMIDLIST;
     static Type Empty() { return nullptr; }

@@ -16,10 +16,10 @@ std::wstring DocumentsFolder();
 // with an empty `folder` when the user cancelled.
 int BrowseForFolder(PCWSTR title, HWND owner, std::wstring& folder);
 
-// Proves that a file can be created in `folder`, puts the folder into the output page's list and, while "User
-// document location" is checked, into the pending folder and the pending history. An empty folder passes
-// unproven and takes over what the list shows. 0 when no file could be created, with everything as it was and
-// the user told; otherwise 1.
+// Proves that a file can be created in `folder`; an empty one passes unproven. Then, while "User document
+// location" is checked, selects the folder in the output page's list, adding it to list and pending history
+// when it is not listed yet, and makes it the pending folder; an empty one makes the pending folder what the
+// list shows. 0 when no file could be created, with everything as it was and the user told; otherwise 1.
 int ValidateOutputFolder(SheetState& sheet, HWND page, const std::wstring& folder);
 
 }  // namespace kzp

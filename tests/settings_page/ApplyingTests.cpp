@@ -28,18 +28,27 @@ class Applying : public SettingsPageTest {
 };
 
 TEST_F(Applying, LeavesMarginsThatCouldNotBeShownAsTheyWere) {
-    tree.Remove("CustomUnit");
-    Open({
-        [](HostedSheet&, SheetUser& user) {
-            EXPECT_EQ(user.Text(IDC_LEFT), L"");
-            user.Click(IDC_LANDSCAPE);
-            user.Apply();
-        },
-        [this](HostedSheet& host, SheetUser&) {
-            EXPECT_EQ(host.sheet.Applied(), 1);
-            EXPECT_EQ(RecordMargins(host.session), margins);
-        },
-    });
+    margins = {5, 6, 7, 8};  // not what hundredths of an inch can say
+    for (const bool custom : {false, true}) {
+        tree.Remove("CustomUnit");
+        if (custom)
+            ChooseCustomPaper();
+        Open({
+            [custom](HostedSheet&, SheetUser& user) {
+                EXPECT_EQ(user.Text(IDC_LEFT), L"");
+                user.Click(IDC_LANDSCAPE);
+                if (custom) {
+                    user.Type(IDC_WIDTH, L"9");
+                    user.Type(IDC_HEIGHT, L"9");
+                }
+                user.Apply();
+            },
+            [this](HostedSheet& host, SheetUser&) {
+                EXPECT_EQ(host.sheet.Applied(), 1);
+                EXPECT_EQ(RecordMargins(host.session), margins);
+            },
+        });
+    }
 }
 
 // On a sheet with further tabs a refused apply makes the page lose the front once more; that is not worth a

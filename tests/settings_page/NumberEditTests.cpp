@@ -78,6 +78,9 @@ TEST_F(NumberEdits, StepByTheirOwnSpinButtons) {
         user.SetText(IDC_WIDTH, L"99.98");
         user.Spin(IDC_WIDTH_SPIN, true);
         EXPECT_EQ(user.Text(IDC_WIDTH), L"100") << "the step runs into the limit";
+        user.SetText(IDC_WIDTH, std::wstring(256, L'0') + L"5");
+        user.Spin(IDC_WIDTH_SPIN, true);
+        EXPECT_EQ(user.Text(IDC_WIDTH), L"0.05") << "a step reads 256 characters";
     }});
 }
 
