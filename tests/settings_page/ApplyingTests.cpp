@@ -31,16 +31,15 @@ TEST_F(Applying, LeavesMarginsThatCouldNotBeShownAsTheyWere) {
     margins = {5, 6, 7, 8};  // not what hundredths of an inch can say
     for (const bool custom : {false, true}) {
         tree.Remove("CustomUnit");
-        if (custom)
-            ChooseCustomPaper();
         Open({
-            [custom](HostedSheet&, SheetUser& user) {
-                EXPECT_EQ(user.Text(IDC_LEFT), L"");
+            [custom](HostedSheet& host, SheetUser& user) {
                 user.Click(IDC_LANDSCAPE);
                 if (custom) {
+                    user.Select(IDC_PAPER, host.plugIn.ResourceText(IDS_CUSTOM_PAPER));
                     user.Type(IDC_WIDTH, L"9");
                     user.Type(IDC_HEIGHT, L"9");
                 }
+                EXPECT_EQ(user.Text(IDC_LEFT), L"");
                 user.Apply();
             },
             [this](HostedSheet& host, SheetUser&) {
