@@ -116,10 +116,12 @@ void OnInit(SheetState& sheet, HWND page) {
     sheet.ApplyButtonVisible = ApplyIsVisible(frame);
 }
 
-// Converts from the unit still recorded.
+// Converts from the unit still recorded. A button that gets the focus says that it is pressed before it shows
+// it, and the limit of what is typed follows what the buttons show.
 void OnUnit(SheetState& sheet, HWND page, DWORD unit) {
     if (!SelectDriverUnit(sheet, unit))
         return;
+    CheckRadioButton(page, IDC_INCHES, IDC_MILLIMETERS, unit == kInches ? IDC_INCHES : IDC_MILLIMETERS);
     ConvertUnits(sheet.Measures, page, unit);
     sheet.Measures.unit = unit;
 }

@@ -275,8 +275,10 @@ class Resolution {
 };
 
 TEST(Pages, ReadWell) {
-    if (const char* const dpi = ProgramCopy::IsCopy() ? std::getenv(kDpi) : nullptr)
+    if (const char* const dpi = ProgramCopy::IsCopy() ? std::getenv(kDpi) : nullptr) {
+        SetProcessDPIAware();  // others are shown 96
         return ShowAllPages(std::atoi(dpi));
+    }
     for (const int tried : {96, 120, 144}) {
         SCOPED_TRACE(tried);
         const Resolution resolution(static_cast<DWORD>(tried));

@@ -92,6 +92,7 @@ bool IsCommand(const std::wstring& name) {
 
 int wmain(int count, wchar_t** arguments) {
     SetConsoleOutputCP(CP_UTF8);
+    SetProcessDPIAware();  // as the programs that print
     Options options;
     try {
         options = ParseOptions(std::vector<std::wstring>(arguments + 1, arguments + count));
