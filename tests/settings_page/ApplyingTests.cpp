@@ -1,7 +1,4 @@
 // What the page hands over when the sheet is applied, and how it goes on after a refusal.
-#include <windows.h>
-#include <winspool.h>
-
 #include <cstring>
 
 #include "core/KZPPrivateDevMode.h"
@@ -14,18 +11,7 @@ namespace {
 
 using driverhost::SheetUser;
 
-class Applying : public SettingsPageTest {
-  protected:
-    static std::pair<LONG, LONG> FormSize(HostedSheet& host) {
-        BYTE block[512];
-        DWORD bytes = 0;
-        if (!GetFormW(host.session.Printer(), const_cast<PWSTR>(kCustomFormName), 1, block, sizeof block,
-                      &bytes))
-            return {};
-        const auto& form = *reinterpret_cast<const FORM_INFO_1W*>(block);
-        return {form.Size.cx, form.Size.cy};
-    }
-};
+using Applying = SettingsPageTest;
 
 TEST_F(Applying, LeavesMarginsThatCouldNotBeShownAsTheyWere) {
     margins = {5, 6, 7, 8};  // not what hundredths of an inch can say
@@ -68,7 +54,7 @@ TEST_F(Applying, ARefusalIsRepeatedOrSkippedOnceByTheNumberOfTabs) {
             [&](HostedSheet& host, SheetUser& user) {
                 EXPECT_EQ(host.sheet.Refused(), 1);
                 EXPECT_EQ(RecordMargins(host.session), margins);
-                EXPECT_EQ(FormSize(host), (std::pair<LONG, LONG>{215900, 266700}));
+                EXPECT_EQ(ReadFormSize(host.session.Printer(), kCustomFormName)->cx, 215900);
                 expectBoxes(host, 1, 1);
                 user.ClickTab(host.sheet.PageCount() - 1);
             },

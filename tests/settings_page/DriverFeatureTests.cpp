@@ -114,12 +114,17 @@ TEST_F(DriverFeatures, MayLackOptionsTypeUserDataOrASelection) {
 }
 
 TEST_F(DriverFeatures, OptionsWithoutANameKeepTheirPlace) {
-    OPTTYPE* const type = tree.Find("PaperSize")->pOptType;
-    type->pOptParam[1].pData = nullptr;
-    type->pOptParam[2].pData = MAKEINTRESOURCEW(17);
-    Open({[](HostedSheet& host, SheetUser& user) {
-        user.Select(IDC_PAPER, L"A4");
-        EXPECT_EQ(host.session.Tree().Find("PaperSize")->Sel, 5);
+    const std::pair<const char*, int> lists[] = {
+        {"PaperSize", IDC_PAPER}, {"Resolution", IDC_QUALITY}, {"ColorMode", IDC_COLOR}};
+    for (const auto& [feature, list] : lists)
+        tree.Find(feature)->pOptType->pOptParam[1].pData =
+            list == IDC_QUALITY ? MAKEINTRESOURCEW(17) : nullptr;
+    Open({[&](HostedSheet& host, SheetUser& user) {
+        for (const auto& [feature, list] : lists) {
+            EXPECT_EQ(ListEntries(user, list)[1], L"") << feature;
+            user.SelectIndex(list, 2);
+            EXPECT_EQ(host.session.Tree().Find(feature)->Sel, 2);
+        }
         user.SelectIndex(IDC_PAPER, 1);
         EXPECT_FALSE(user.Visible(IDC_WIDTH));
     }});
@@ -128,11 +133,10 @@ TEST_F(DriverFeatures, OptionsWithoutANameKeepTheirPlace) {
 // A record that an older version or another machine left behind.
 TEST_F(DriverFeatures, MayComeWithWildMargins) {
     margins = {3.4e38f, -12.7f, HUGE_VALF, NAN};
-    Open({[](HostedSheet&, SheetUser& user) {
-        EXPECT_EQ(user.Text(IDC_LEFT), L"100.00");
-        EXPECT_EQ(user.Text(IDC_TOP), L"0.50");
-        EXPECT_EQ(user.Text(IDC_RIGHT), L"0.00");
-        EXPECT_EQ(user.Text(IDC_BOTTOM), L"0.00");
+    Open({[](HostedSheet& host, SheetUser& user) {
+        EXPECT_EQ(host.run.Boxes().size(), 2u) << "once for each round of visits";
+        const Texts texts = EditTexts(user);
+        EXPECT_EQ(Texts(texts.begin() + 2, texts.end()), (Texts{L"100.00", L"0.50", L"0.00", L"0.00"}));
         user.Type(IDC_LEFT, L"0");
     }});
 }

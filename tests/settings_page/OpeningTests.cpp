@@ -35,17 +35,6 @@ TEST_F(Opening, ListsTheDriversOptionsInItsOrderAndSelectsItsChoices) {
     }});
 }
 
-TEST_F(Opening, TakesItsTextsFromTheResourceModule) {
-    Open({[](HostedSheet& host, SheetUser& user) {
-        const std::pair<int, UINT> texts[] = {
-            {IDC_PAPER_LABEL, IDS_PAPER_LABEL}, {IDC_TOP_LABEL, IDS_TOP_LABEL},
-            {IDC_RIGHT_LABEL, IDS_RIGHT_LABEL}, {IDC_MILLIMETERS, IDS_MILLIMETERS},
-            {IDC_OUTPUT_KZP, IDS_OUTPUT_KZP},   {IDC_HELP_SETTINGS, IDS_HELP_SETTINGS}};
-        for (const auto& [control, text] : texts)
-            EXPECT_EQ(user.Text(control), host.plugIn.ResourceText(text)) << control;
-    }});
-}
-
 TEST_F(Opening, ShowsFormAndMarginsInTheDriversUnit) {
     // In the third, what the second sheet left must not be converted once more.
     for (const bool millimeters : {false, true, false}) {
@@ -63,30 +52,25 @@ TEST_F(Opening, ShowsFormAndMarginsInTheDriversUnit) {
     }
 }
 
-TEST_F(Opening, TakesAnythingButANoAsYesForTheViewerAndStoresIt) {
+TEST_F(Opening, TakesAnythingButANoAsYesForTheViewerAndOnlyTypeOneAsKzp) {
     const struct {
         const wchar_t *stored, *afterwards;
-        bool checked;
-    } cases[] = {
-        {nullptr, L"YES", true}, {L"maybe", L"YES", true}, {L"y", L"YES", true}, {L"no", L"no", false}};
+        bool view;
+        int type;
+    } cases[] = {{nullptr, L"YES", true, -1},
+                 {L"maybe", L"YES", true, 0},
+                 {L"y", L"YES", true, 1},
+                 {L"no", L"no", false, 2}};
     for (const auto& c : cases) {
         if (c.stored)
             WriteText(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView", c.stored);
+        if (c.type >= 0)
+            WriteDword(HKEY_CURRENT_USER, kSettingsKey, L"OutputType", static_cast<DWORD>(c.type));
         Open({[&c](HostedSheet&, SheetUser& user) {
-            EXPECT_EQ(user.Checked(IDC_DISPLAY_IN_VIEWER), c.checked);
-            const auto value = ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView");
-            EXPECT_EQ(value ? value->Text() : L"(none)", c.afterwards);
-        }});
-    }
-}
-
-TEST_F(Opening, TakesOnlyTypeOneAsKzp) {
-    for (const int stored : {-1, 0, 1, 2}) {
-        if (stored >= 0)
-            WriteDword(HKEY_CURRENT_USER, kSettingsKey, L"OutputType", static_cast<DWORD>(stored));
-        Open({[stored](HostedSheet&, SheetUser& user) {
-            EXPECT_EQ(user.Checked(IDC_OUTPUT_KZP), stored == 1) << stored;
-            EXPECT_EQ(user.Checked(IDC_OUTPUT_KZPX), stored != 1) << stored;
+            EXPECT_EQ(user.Checked(IDC_DISPLAY_IN_VIEWER), c.view);
+            EXPECT_EQ(Setting(L"LaunchKZPView")->Text(), c.afterwards);
+            EXPECT_EQ(user.Checked(IDC_OUTPUT_KZP), c.type == 1) << c.type;
+            EXPECT_EQ(user.Checked(IDC_OUTPUT_KZPX), c.type != 1) << c.type;
         }});
     }
 }

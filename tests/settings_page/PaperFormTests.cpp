@@ -90,8 +90,8 @@ TEST_F(PaperForms, AreRewrittenOnlyWithAnotherSize) {
     EXPECT_EQ(CommitTyped(L"8.50", L"10.50"), 0);
     EXPECT_EQ(CommitTyped(L"215.9", L"266.70", kMillimeters), 0);
     EXPECT_EQ(spooler::ReadLog(), Texts());
-    EXPECT_NE(CommitTyped(L"100", L"100", kMillimeters), 0);
-    EXPECT_EQ(StoredForm(), (std::vector<LONG>{FORM_USER, 100000, 100000, 0, 0, 100000, 100000}));
+    EXPECT_NE(CommitTyped(L"215.9", L"100", kMillimeters), 0);
+    EXPECT_EQ(StoredForm(), (std::vector<LONG>{FORM_USER, 215900, 100000, 0, 0, 215900, 100000}));
     EXPECT_NE(CommitTyped(L"8.27", L"11.69"), 0);
     // 8.27 x 254 x 100, each product in single precision, cut.
     const volatile float width = 8.27f * 254.0f;
@@ -105,9 +105,10 @@ TEST_F(PaperForms, AreLeftAloneForAStandardPaperAndWithoutAPrinter) {
         EXPECT_EQ(CommitTyped(L"20", L"20"), 0) << paper;
     }
     param.pDrvOptItems[0].Sel = 7;
-    param.hPrinter = nullptr;
-    EXPECT_EQ(CommitTyped(L"20", L"20"), 0);
     param.cDrvOptItems = 0;
+    EXPECT_EQ(CommitTyped(L"20", L"20"), 0);
+    param.cDrvOptItems = 1;
+    param.hPrinter = nullptr;
     EXPECT_EQ(CommitTyped(L"20", L"20"), 0);
     EXPECT_EQ(StoredForm(), kDefaultForm);
 }

@@ -63,6 +63,7 @@ TEST_F(Paper, StandardSizesHideTheRowAndAllBelowMovesUpByIt) {
             }
         },
         [&](HostedSheet& host, SheetUser& user) {
+            user.Type(IDC_LEFT, L"0.5");  // comes back formatted
             user.Select(IDC_PAPER, host.plugIn.ResourceText(IDS_CUSTOM_PAPER));
             ExpectRow(user, true);
             expectShift(user, 0);

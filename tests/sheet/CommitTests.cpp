@@ -1,4 +1,6 @@
 // OK and Apply in the real sheet: what is written, in which order, and what the driver is answered.
+#include <algorithm>
+
 #include "resources/resource.h"
 #include "tests/sheet/WriteTrace.h"
 #include "tests/support/Files.h"
@@ -13,12 +15,25 @@ using Lines = std::vector<std::wstring>;
 constexpr wchar_t kLetter[] = L"Letter";
 constexpr wchar_t kCustom[] = L"User-defined size";
 
+// Of the keys that the plug-in presses.
+int g_tabPresses = 0;
+int g_keysDown = 0;
+
+void WINAPI CountKey(BYTE key, BYTE scan, DWORD flags, ULONG_PTR extra) {
+    const bool down = !(flags & KEYEVENTF_KEYUP);
+    g_keysDown += down ? 1 : -1;
+    g_tabPresses += down && key == VK_TAB;
+    keybd_event(key, scan, flags, extra);
+}
+
 class Commit : public SheetTest {
   protected:
     explicit Commit(driverhost::SheetOptions shape = {}, driverhost::SessionOptions options = {})
         : host(std::move(options), shape), trace(host.plugIn.Module()) {
         EXPECT_EQ(0.0f, RecordMargins(host.session)[0]);
+        g_keysDown = 0;
     }
+    ~Commit() override { EXPECT_EQ(0, g_keysDown) << "no key stays down"; }
 
     // One action of the user and the next, and what each of them had the plug-in write.
     void Do(const std::function<void(SheetUser&)>& action) {
@@ -41,12 +56,23 @@ class Commit : public SheetTest {
 
     HostedSheet host;
     WriteTrace trace;
+    ImportPatch keys{host.plugIn.Module(), "keybd_event", AddressOf(&CountKey)};
     std::vector<Lines> written;
     const std::wstring documents = DocumentsFolder();
 };
 
 struct CommitWithoutApply : Commit {
     CommitWithoutApply() : Commit({.applyButton = false}) {}
+
+    void TypeWidthAndClose() {
+        Prepare([](SheetUser& user) {
+            user.Select(IDC_PAPER, kCustom);
+            user.Type(IDC_WIDTH, L"9");
+        });
+        Prepare([](SheetUser& user) { user.Ok(); });
+        Prepare([](SheetUser& user) { user.Sheet().Note(L"still open"); });
+        EXPECT_EQ(CPSUI_OK, host.run.Show());
+    }
 };
 
 struct CommitWithItem : Commit {
@@ -133,17 +159,16 @@ TEST_F(CommitWithItem, AnEmptyFolderIsFilledInForTheCustomPaperOnly) {
 }
 
 TEST_F(CommitWithoutApply, ARewrittenFormClosesTheSheetByItsOwnEnter) {
-    Prepare([](SheetUser& user) {
-        user.Select(IDC_PAPER, kCustom);
-        user.Type(IDC_WIDTH, L"9");
-    });
-    Prepare([](SheetUser& user) { user.Ok(); });
-    Prepare([](SheetUser& user) { user.Sheet().Note(L"still open"); });
-    EXPECT_EQ(CPSUI_OK, host.run.Show());
+    TypeWidthAndClose();
     EXPECT_EQ((std::vector<LONG>{CPSUICB_ACTION_NO_APPLY_EXIT, CPSUICB_ACTION_ITEMS_APPLIED}), Answers());
-    Lines forms = WriteTrace::Take();
-    std::erase_if(forms, [](const std::wstring& line) { return line.compare(0, 5, L"form:") != 0; });
-    EXPECT_EQ(Lines{L"form: User Defined=228.600x266.700"}, forms) << "once";
+    EXPECT_EQ(1, std::ranges::count(WriteTrace::Take(), L"form: User Defined=228.600x266.700"));
+}
+
+TEST_F(CommitWithoutApply, ARefusedFormLetsItCloseAtOnce) {
+    standins::spooler::FailCall(L"SetFormW", ERROR_ACCESS_DENIED);
+    TypeWidthAndClose();
+    standins::spooler::ClearFailures();
+    EXPECT_EQ(std::vector<LONG>{CPSUICB_ACTION_ITEMS_APPLIED}, Answers());
 }
 
 TEST_F(Commit, OtherReasonsAreNotItsBusiness) {
@@ -162,19 +187,14 @@ TEST_F(Commit, OtherReasonsAreNotItsBusiness) {
     apply.Reason = CPSUICB_REASON_APPLYNOW;
     EXPECT_EQ(CPSUICB_ACTION_NONE, callback(&apply, nullptr));
     EXPECT_EQ(Lines{}, WriteTrace::Take());
-}
-
-// Ctrl+Tab presses of the plug-in.
-int g_tabPresses = 0;
-
-void WINAPI CountKey(BYTE key, BYTE scan, DWORD flags, ULONG_PTR extra) {
-    if (key == VK_TAB && !(flags & KEYEVENTF_KEYUP))
-        ++g_tabPresses;
-    keybd_event(key, scan, flags, extra);
+    OPTITEM behind = {};
+    host.session.UIParam().pOEMOptItems = &behind;
+    host.session.UIParam().cOEMOptItems = 0;
+    host.session.TellCallback(CPSUICB_REASON_APPLYNOW, nullptr);
+    EXPECT_EQ(std::wstring::npos, WriteTrace::Take().at(0).find(L"printer:")) << "no item of its own";
 }
 
 TEST_F(Commit, ASheetIsPrimedOnceAndSoIsTheNext) {
-    const ImportPatch keys(host.plugIn.Module(), "keybd_event", AddressOf(&CountKey));
     for (int sheetNumber = 1; sheetNumber <= 2; ++sheetNumber) {
         SCOPED_TRACE(sheetNumber);
         g_tabPresses = 0;

@@ -16,7 +16,6 @@ struct Lack {
 
 const Lack kLacks[] = {
     {"Nothing", nullptr, nullptr},
-    {"DriverItems", [](auto& options) { options.firstItems = 0; }, nullptr},
     {"MostItems", [](auto& options) { options.firstItems = 2; }, nullptr},
     {"Helper", [](auto& options) { options.offersHelper = false; }, nullptr},
     {"Heap", nullptr, [](auto& param) { param.hOEMHeap = nullptr; }},

@@ -21,19 +21,13 @@ DEVMODEW FineLandscape() {
     return mode;
 }
 
+// Negative qualities are independent of the device, and taken as very fine.
 TEST(QualityIndex, IsTheLargestListedResolutionNotAboveTheDpi) {
-    const struct {
-        int dpi;
-        DWORD index;
-    } cases[] = {{0, 0},   {150, 0}, {200, 0},  {299, 0},  {300, 1},  {399, 1},   {400, 2},
-                 {599, 2}, {600, 3}, {1199, 3}, {1200, 4}, {2400, 4}, {0x7FFF, 4}};
+    const std::pair<int, DWORD> cases[] = {{0, 0},    {199, 0},        {200, 0},        {299, 0},  {300, 1},
+                                           {400, 2},  {599, 2},        {600, 3},        {1199, 3}, {1200, 4},
+                                           {2400, 4}, {DMRES_HIGH, 4}, {DMRES_DRAFT, 4}};
     for (const auto& [dpi, index] : cases)
         EXPECT_EQ(index, QualityIndexFromDpi(static_cast<WORD>(dpi))) << dpi;
-}
-
-TEST(QualityIndex, TakesTheNegativeDeviceIndependentQualitiesAsVeryFine) {
-    for (int quality = DMRES_HIGH; quality <= DMRES_DRAFT; ++quality)
-        EXPECT_EQ(4u, QualityIndexFromDpi(static_cast<WORD>(quality))) << quality;
 }
 
 class PrinterSettings : public SheetTest {
@@ -113,11 +107,21 @@ WINBOOL WINAPI OddGetPrinter(HANDLE, DWORD level, LPBYTE buffer, DWORD bytes, LP
 }
 
 TEST_F(PrinterSettings, AskForExactlyTheBytesThatAreNeeded) {
+    const std::vector<DWORD> expected = {0, sizeof(PRINTER_INFO_2W) + sizeof(DEVMODEW) + 1};
     const ImportPatch patch(GetModuleHandleW(nullptr), "GetPrinterW", AddressOf(&OddGetPrinter));
     g_offered.clear();
     settings.LoadFromPrinter(reinterpret_cast<HANDLE>(0x1234));
-    EXPECT_EQ((std::vector<DWORD>{0, sizeof(PRINTER_INFO_2W) + sizeof(DEVMODEW) + 1}), g_offered);
+    EXPECT_EQ(expected, g_offered);
     ExpectFineLandscape();
+
+    const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+    const auto object = plugIn.CreateObject();
+    const ImportPatch delivered(plugIn.Module(), "GetPrinterW", AddressOf(&OddGetPrinter));
+    OEMCUIPPARAM param = {};
+    param.hPrinter = reinterpret_cast<HANDLE>(0x1234);
+    g_offered.clear();
+    EXPECT_EQ(S_OK, object->CommonUIProp(OEMCUIP_DOCPROP, &param));
+    EXPECT_EQ(expected, g_offered) << "and so does the object, with each sheet's printer";
 }
 
 }  // namespace

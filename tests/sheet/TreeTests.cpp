@@ -4,6 +4,7 @@
 #include "resources/resource.h"
 #include "settings/PropertySheetHost.h"
 #include "settings/SheetState.h"
+#include "settings/SpoolerForms.h"
 #include "tests/support/Counters.h"
 #include "tests/support/Files.h"
 #include "tests/support/SheetTest.h"
@@ -65,9 +66,7 @@ TEST_F(TreeTest, HidesWhatItsPagesReplaceInDocumentModeAlone) {
         {DMPUB_NONE, kNoType, 0},
         {DMPUB_SCALE, TVOT_2STATES, 0},
         {DMPUB_DEFSOURCE, TVOT_LISTBOX, 0},
-        {DMPUB_PRINTQUALITY, TVOT_LISTBOX, 0},
         {DMPUB_DUPLEX, TVOT_2STATES, 0},
-        {DMPUB_FORMNAME, TVOT_LISTBOX, 0},
         {DMPUB_USER, TVOT_2STATES, 0},
     };
     OPTTYPE types[std::size(cases)] = {};
@@ -81,7 +80,9 @@ TEST_F(TreeTest, HidesWhatItsPagesReplaceInDocumentModeAlone) {
         items.push_back(item);
     }
     for (const DWORD mode : {OEMCUIP_PRNPROP, OEMCUIP_DOCPROP}) {
+        spooler::RemoveForm(kCustomFormName);
         EXPECT_EQ(S_OK, Present(items, mode));
+        EXPECT_TRUE(ReadFormSize(param.hPrinter, kCustomFormName)) << "its own form is there, mode " << mode;
         for (size_t index = 0; index < items.size(); ++index)
             EXPECT_EQ(OPTIF_CHANGED | (mode == OEMCUIP_DOCPROP ? cases[index].added : 0), items[index].Flags)
                 << "mode " << mode << ", DMPUB " << int{cases[index].dmPub} << ", type " << cases[index].type;

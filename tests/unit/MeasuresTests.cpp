@@ -45,6 +45,7 @@ TEST_F(Margins, MustLeaveSomeOfThePaper) {
         {4.25f, 0, 4.2446f, 0, false},  // rounded to 4.25 first
         {8.5f, 0, 0, 0, false},         // one margin alone
         {0, 0, 8.5f, 0, false},         //
+        {0, 0, 0, 11, false},           //
         {0, 5.5f, 0, 5.5f, false},      // top and bottom take the height
         {0, 5.5f, 0, 5.49f, true},      //
         {8.4f, 10.9f, 0, 0, true},      //
@@ -54,6 +55,9 @@ TEST_F(Margins, MustLeaveSomeOfThePaper) {
         EXPECT_EQ(MarginsFit(measures, 8.5, 11), c.fit)
             << c.left << ' ' << c.top << ' ' << c.right << ' ' << c.bottom;
     }
+    SetMargins(4, 0, 4.25f, 0);
+    EXPECT_FALSE(MarginsFit(measures, 8.2505, 11)) << "less than a thousandth is left";
+    EXPECT_TRUE(MarginsFit(measures, 8.2515, 11));
 }
 
 TEST_F(CustomSize, HasLimitsInItsUnit) {
