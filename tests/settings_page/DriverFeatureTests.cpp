@@ -1,8 +1,10 @@
 // What the controls write into the driver, and what becomes of them when the driver offers less.
 #include <cmath>
+#include <optional>
 
 #include "resources/resource.h"
 #include "tests/settings_page/SettingsPageTest.h"
+#include "tests/support/ImportPatch.h"
 
 namespace kzp::test {
 namespace {
@@ -113,13 +115,24 @@ TEST_F(DriverFeatures, MayLackOptionsTypeUserDataOrASelection) {
     }
 }
 
+// As Windows does, a list takes no entry without a text.
+LRESULT WINAPI RefuseMissingText(HWND page, int control, UINT message, WPARAM wParam, LPARAM lParam) {
+    return message == CB_ADDSTRING && !lParam ? CB_ERR
+                                              : SendDlgItemMessageW(page, control, message, wParam, lParam);
+}
+
 TEST_F(DriverFeatures, OptionsWithoutANameKeepTheirPlace) {
     const std::pair<const char*, int> lists[] = {
         {"PaperSize", IDC_PAPER}, {"Resolution", IDC_QUALITY}, {"ColorMode", IDC_COLOR}};
     for (const auto& [feature, list] : lists)
         tree.Find(feature)->pOptType->pOptParam[1].pData =
             list == IDC_QUALITY ? MAKEINTRESOURCEW(17) : nullptr;
+    std::optional<ImportPatch> patch;
+    beforeShow = [&](HostedSheet& host) {
+        patch.emplace(host.plugIn.Module(), "SendDlgItemMessageW", AddressOf(RefuseMissingText));
+    };
     Open({[&](HostedSheet& host, SheetUser& user) {
+        patch.reset();
         for (const auto& [feature, list] : lists) {
             EXPECT_EQ(ListEntries(user, list)[1], L"") << feature;
             user.SelectIndex(list, 2);
