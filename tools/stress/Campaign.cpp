@@ -12,6 +12,10 @@ namespace kzp::stress {
 
 namespace {
 
+// Blocks that the platform's own caches may take meanwhile, a few more under Wine 10 than under Wine 8. What
+// leaks with every input or every sheet is far more by the end of a whole campaign.
+constexpr size_t kBlocksOfThePlatform = 16;
+
 int g_iteration = 0;
 char g_doing[240] = "";
 
@@ -82,7 +86,7 @@ Campaign::~Campaign() {
     const Stock now = TakeStock();
     EXPECT_LE(now.handles, m_before.handles);
     EXPECT_LE(now.windows, m_before.windows);
-    EXPECT_LE(now.blocks, m_before.blocks);
+    EXPECT_LE(now.blocks, m_before.blocks + kBlocksOfThePlatform);
 }
 
 bool Campaign::Next() {

@@ -30,8 +30,9 @@ class Dice {
 bool IsBrief();
 
 // for (Campaign run(60, 3); run.Next();) ... Handles, windows and heap blocks are counted behind the warm-up
-// and again behind the last iteration; both times exactly what lived before should be alive. KZP_STRESS_SEED
-// is the seed, KZP_STRESS_FROM the first iteration: with both, a campaign goes on from where something broke.
+// and again behind the last iteration; but for a few heap blocks nothing more should be alive then.
+// KZP_STRESS_SEED is the seed, KZP_STRESS_FROM the first iteration: with both, a campaign goes on from where
+// something broke.
 class Campaign {
   public:
     Campaign(int iterations, int warmUp);
