@@ -59,8 +59,8 @@ void __throw_bad_array_new_length() {
 // where it is used but taken from the library, where it stands in one object file with every other member: 20
 // KB. This is the library's template, compiled here.
 #if _GLIBCXX_RELEASE >= 13
-template void std::wstring::_M_replace_cold(wchar_t*, size_type, const wchar_t*, const size_type,
-                                            const size_type);
+template void std::basic_string<wchar_t>::_M_replace_cold(wchar_t*, size_type, const wchar_t*,
+                                                          const size_type, const size_type);
 #endif
 
 // Its reserve for exceptions thrown when memory is short is taken while the DLL loads, 72 KB and a semaphore
