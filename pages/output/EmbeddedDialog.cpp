@@ -40,8 +40,7 @@ bool IsRestrictedProcess() {
 }
 
 int CurrentOsClass() {
-    const OSVERSIONINFOW record = WindowsVersion();
-    return ClassifyOs(GetVersion(), &record);
+    return ClassifyOs(GetVersion(), WindowsVersion());
 }
 
 // The notice may be longer than what LoadResString hands out.

@@ -10,57 +10,35 @@
 namespace kzp {
 namespace {
 
-class MeasuresTest : public testing::Test {
-  protected:
-    void SetMargins(float left, float top, float right, float bottom) {
-        const float margins[] = {left, top, right, bottom};
-        std::memcpy(measures.checkedMargin, margins, sizeof margins);
-    }
-    void SetForm(float width, float height) {
-        measures.formWidthIn = width;
-        measures.formHeightIn = height;
-    }
-    void SetCustom(DWORD unit, float width, float height) {
-        measures.unit = unit;
-        measures.customWidth = width;
-        measures.customHeight = height;
-    }
+using Values = float[kMargins];
 
-    PageMeasureState measures;
-};
-
-using Margins = MeasuresTest;
-using CustomSize = MeasuresTest;
-using StandardForm = MeasuresTest;
-using Commit = MeasuresTest;
-
-TEST_F(Margins, MustLeaveSomeOfThePaper) {
+TEST(Margins, MustLeaveSomeOfThePaper) {
     const struct {
-        float left, top, right, bottom;
+        Values margins;  // left, top, right, bottom
         bool fit;
+        double width = 8.5;
     } cases[] = {
-        {0, 0, 0, 0, true},
-        {4.25f, 0, 4.25f, 0, false},    // nothing left
-        {4.25f, 0, 4.24f, 0, true},     // a hundredth left
-        {4.25f, 0, 4.2446f, 0, false},  // rounded to 4.25 first
-        {8.5f, 0, 0, 0, false},         // one margin alone
-        {0, 0, 8.5f, 0, false},         //
-        {0, 0, 0, 11, false},           //
-        {0, 5.5f, 0, 5.5f, false},      // top and bottom take the height
-        {0, 5.5f, 0, 5.49f, true},      //
-        {8.4f, 10.9f, 0, 0, true},      //
+        {{0, 0, 0, 0}, true},
+        {{4.25f, 0, 4.25f, 0}, false},    // nothing left
+        {{4.25f, 0, 4.24f, 0}, true},     // a hundredth left
+        {{4.25f, 0, 4.2446f, 0}, false},  // rounded to 4.25 first
+        {{8.5f, 0, 0, 0}, false},         // one margin alone
+        {{0, 0, 8.5f, 0}, false},
+        {{0, 0, 0, 11}, false},
+        {{0, 5.5f, 0, 5.5f}, false},  // top and bottom take the height
+        {{0, 5.5f, 0, 5.49f}, true},
+        {{8.4f, 10.9f, 0, 0}, true},
+        {{4, 0, 4.25f, 0}, false, 8.2505},  // less than a thousandth is left
+        {{4, 0, 4.25f, 0}, true, 8.2515},
     };
-    for (const auto& c : cases) {
-        SetMargins(c.left, c.top, c.right, c.bottom);
-        EXPECT_EQ(MarginsFit(measures, 8.5, 11), c.fit)
-            << c.left << ' ' << c.top << ' ' << c.right << ' ' << c.bottom;
+    for (const auto& [margins, fit, width] : cases) {
+        PageMeasureState measures;
+        std::memcpy(measures.checkedMargin, margins, sizeof margins);
+        EXPECT_EQ(fit, MarginsFit(measures, width, 11)) << testing::PrintToString(margins);
     }
-    SetMargins(4, 0, 4.25f, 0);
-    EXPECT_FALSE(MarginsFit(measures, 8.2505, 11)) << "less than a thousandth is left";
-    EXPECT_TRUE(MarginsFit(measures, 8.2515, 11));
 }
 
-TEST_F(CustomSize, HasLimitsInItsUnit) {
+TEST(CustomSize, HasLimitsInItsUnit) {
     const struct {
         DWORD unit;
         float width, height;
@@ -74,29 +52,30 @@ TEST_F(CustomSize, HasLimitsInItsUnit) {
         {kMillimeters, 100, 2540.1f, false},
         {7, 5000, 5000, true},  // a unit that nobody knows has no limits
     };
-    for (const auto& c : cases) {
-        SetCustom(c.unit, c.width, c.height);
-        EXPECT_EQ(CustomSizeValid(measures), c.valid) << c.unit << ' ' << c.width << ' ' << c.height;
+    for (const auto& [unit, width, height, valid] : cases) {
+        const PageMeasureState measures = {.unit = unit, .customWidth = width, .customHeight = height};
+        EXPECT_EQ(valid, CustomSizeValid(measures)) << unit << ' ' << width << ' ' << height;
     }
 }
 
-TEST_F(StandardForm, CountsInWholeMillimetres) {
-    SetForm(8.2677f, 11.6929f);  // 210.0 x 297.0
-    measures.unit = kMillimeters;
-    SetMargins(209.9f, 0, 0.05f, 0);
-    EXPECT_TRUE(StandardFormValid(measures));
-    SetMargins(210, 0, 0, 0);
-    EXPECT_FALSE(StandardFormValid(measures));
-    SetForm(8.5f, 11);  // 215.9 counts as 216
-    SetMargins(215.95f, 0, 0, 0);
-    EXPECT_TRUE(StandardFormValid(measures));
-}
-
-TEST_F(StandardForm, OfUnknownSizeRestrictsNothing) {
-    SetMargins(9, 9, 9, 9);
-    EXPECT_TRUE(StandardFormValid(measures));
-    SetForm(1, 1);
-    EXPECT_FALSE(StandardFormValid(measures));
+TEST(StandardForm, CountsInWholeMillimetresAndRestrictsNothingWhileItsSizeIsNotKnown) {
+    const struct {
+        DWORD unit;
+        float width, height;  // inches
+        Values margins;
+        bool valid;
+    } cases[] = {
+        {kMillimeters, 8.2677f, 11.6929f, {209.9f, 0, 0.05f, 0}, true},  // 210.0 x 297.0
+        {kMillimeters, 8.2677f, 11.6929f, {210, 0, 0, 0}, false},
+        {kMillimeters, 8.5f, 11, {215.95f, 0, 0, 0}, true},  // 215.9 counts as 216
+        {kInches, 0, 0, {9, 9, 9, 9}, true},
+        {kInches, 1, 1, {9, 9, 9, 9}, false},
+    };
+    for (const auto& [unit, width, height, margins, valid] : cases) {
+        PageMeasureState measures = {.unit = unit, .formWidthIn = width, .formHeightIn = height};
+        std::memcpy(measures.checkedMargin, margins, sizeof margins);
+        EXPECT_EQ(valid, StandardFormValid(measures)) << width << ' ' << testing::PrintToString(margins);
+    }
 }
 
 // The driver hands the record out at any address.
@@ -111,27 +90,28 @@ struct Record {
     }
 };
 
-TEST_F(Commit, WritesTheTextsAsMillimetresAndLeavesThemTyped) {
+TEST(Commit, WritesTheTextsAsMillimetresAndLeavesThemTyped) {
     Record record;
+    PageMeasureState measures;
     const wchar_t* const texts[] = {L"0.5", L"1", L"0.08", L"2.00"};
     for (int margin = 0; margin < kMargins; ++margin)
         std::wcscpy(measures.marginText[margin], texts[margin]);
     EXPECT_EQ(CommitMargins(measures, record.at), 1);
     // 0.08 tells in which precision the product is made: single would give 2.0319998.
-    EXPECT_EQ(record.Margins(), (std::vector<float>{12.7f, 25.4f, 2.032f, 50.8f}));
-    for (int margin = 0; margin < kMargins; ++margin) {
-        EXPECT_EQ(measures.typedMargin[margin], record.Margins()[static_cast<size_t>(margin)])
-            << "millimetres in inches mode, as intended";
+    const std::vector<float> inches = {12.7f, 25.4f, 2.032f, 50.8f};
+    EXPECT_EQ(record.Margins(), inches);
+    EXPECT_EQ(std::vector(measures.typedMargin, measures.typedMargin + kMargins), inches) << "as intended";
+    for (int margin = 0; margin < kMargins; ++margin)
         EXPECT_STREQ(measures.marginText[margin], texts[margin]);
-    }
     measures.unit = kMillimeters;
     CommitMargins(measures, record.at);
     EXPECT_EQ(record.Margins(), (std::vector<float>{0.5f, 1, 0.08f, 2}));
     EXPECT_EQ(CommitMargins(measures, nullptr), 1);
 }
 
-TEST_F(Commit, LeavesWhatWasOnlyTakenFromTheRecord) {
+TEST(Commit, LeavesWhatWasOnlyTakenFromTheRecord) {
     Record record;
+    PageMeasureState measures;
     const std::vector<float> stored = {5, 6, 7, 8};
     std::memcpy(record.at->fMargins, stored.data(), sizeof record.at->fMargins);
     TakeRecordMargins(measures, record.at);

@@ -89,14 +89,13 @@ TEST(NumbersAreRead, AsTheRunTimeDoesInEnglishAndInEveryOtherLanguage) {
     std::vector<std::string> texts = {"",     ".",    "..5",  "5.",    "+5",    "-5",  "+",    "e5",   "1e5",
                                       "1d-2", "1e+",  "2E3x", "1e400", "1e-99", " 7",  "\t.5", "1 2",  "1,5",
                                       "0x10", "1e--", "nan",  "inf",   "+-1",   "-.0", "1.e1", "08.50"};
-    for (const char* const digits : {"9", "0", "123456789"}) {
+    for (const char* const digits : {"9999999999", "0000000000", "1234567891"}) {
+        std::string text;
+        while (text.size() < 260)
+            text += digits;
         for (const size_t length : {9u, 17u, 18u, 30u, 120u, 258u}) {
-            std::string text;
-            while (text.size() < length)
-                text += digits;
-            texts.push_back(text.substr(0, length));
-            texts.push_back(text.substr(0, length / 2) + "." + text.substr(0, length / 2));
-            texts.push_back("." + text.substr(0, length));
+            const std::string half = text.substr(0, length / 2);
+            texts.insert(texts.end(), {text.substr(0, length), half + "." + half, "." + half + half});
         }
     }
     // Half way between two values of single precision, and next to it; then of double precision.
@@ -107,8 +106,7 @@ TEST(NumbersAreRead, AsTheRunTimeDoesInEnglishAndInEveryOtherLanguage) {
     }
     for (int hundredths = 0; hundredths <= 999999; ++hundredths) {
         const std::string digits = std::to_string(hundredths + 100);
-        const size_t point = digits.size() - 2;
-        texts.push_back(std::to_string(hundredths / 100) + "." + digits.substr(point));
+        texts.push_back(std::to_string(hundredths / 100) + "." + digits.substr(digits.size() - 2));
     }
     std::vector<float> expected;
     for (const std::string& text : texts)
@@ -118,43 +116,44 @@ TEST(NumbersAreRead, AsTheRunTimeDoesInEnglishAndInEveryOtherLanguage) {
     ASSERT_EQ(8.0, std::atof("8.50"));
     for (size_t each = 0; each < texts.size(); ++each)
         ASSERT_EQ(expected[each], ParseNumber(texts[each].c_str())) << texts[each];
-    NumberText stepped;
-    StepTextUp(L"8.50", 0, stepped);
-    EXPECT_STREQ(stepped, L"8.55");
-    EXPECT_FALSE(IsValidNumber(L"1.99", 2));
     std::setlocale(LC_ALL, "C");
 }
 
 TEST(NumbersAreChecked, CharacterByCharacterAndAgainstTheMinimum) {
-    for (const wchar_t* valid : {L"0", L"+1.5", L"1.", L".5", L"08.50", L""})
-        EXPECT_TRUE(IsValidNumber(valid, 0)) << valid;
-    for (const wchar_t* invalid : {L"-1", L"1+1", L"1.2.3", L"1,5", L"1 ", L"1e3", L"\x0661"})
-        EXPECT_FALSE(IsValidNumber(invalid, 0)) << invalid;
-    EXPECT_TRUE(IsValidNumber(L"2", 2));
-    EXPECT_FALSE(IsValidNumber(L"1.99", 2));
-    EXPECT_FALSE(IsValidNumber(L"", 1));
+    const std::tuple<const wchar_t*, unsigned, bool> cases[] = {
+        {L"0", 0, true},       {L"+1.5", 0, true}, {L"1.", 0, true},    {L".5", 0, true},
+        {L"08.50", 0, true},   {L"", 0, true},     {L"-1", 0, false},   {L"1+1", 0, false},
+        {L"1.2.3", 0, false},  {L"1,5", 0, false}, {L"1 ", 0, false},   {L"1e3", 0, false},
+        {L"\x0661", 0, false}, {L"2", 2, true},    {L"1.99", 2, false}, {L"", 1, false},
+    };
+    for (const auto& [text, minimum, valid] : cases)
+        EXPECT_EQ(valid, IsValidNumber(text, minimum)) << testing::PrintToString(text);
 }
 
 TEST(SpinButtons, StepByAFifthOfAQuarterAndStopAtTheFloor) {
+    const std::wstring longest(255, L'9');
     const struct {
         const wchar_t *text, *up, *down;
-    } cases[] = {{L"8.5", L"8.55", L"8.45"}, {L"", L"0.05", L"0"},       {L"0.03", L"0.08", L"0"},
-                 {L"0.04", L"0.09", L"0"},   {L"0.1", L"0.15", L"0.05"}, {L"abc", L"0", L"0"},
-                 {L"-5", L"0", L"0"}};
-    for (const auto& [text, up, down] : cases) {
+        unsigned minimum = 0;
+    } cases[] = {
+        {L"8.5", L"8.55", L"8.45"},
+        {L"", L"0.05", L"0"},
+        {L"0.03", L"0.08", L"0"},
+        {L"0.04", L"0.09", L"0"},
+        {L"0.1", L"0.15", L"0.05"},
+        {L"abc", L"0", L"0"},
+        {L"-5", L"0", L"0"},
+        {L"x", L"7", L"7", 7},
+        {L"7.05", L"7.10", L"7", 7},
+        {longest.c_str(), L"0.00", L"0.00"},  // what no edit can mean must not break the formatting
+    };
+    for (const auto& [text, up, down, minimum] : cases) {
         NumberText stepped;
-        StepTextUp(text, 0, stepped);
+        StepTextUp(text, minimum, stepped);
         EXPECT_STREQ(stepped, up);
-        StepTextDown(text, 0, stepped);
+        StepTextDown(text, minimum, stepped);
         EXPECT_STREQ(stepped, down);
     }
-    NumberText stepped;
-    StepTextUp(L"x", 7, stepped);
-    EXPECT_STREQ(stepped, L"7");
-    StepTextDown(L"7.05", 7, stepped);
-    EXPECT_STREQ(stepped, L"7");
-    StepTextUp(std::wstring(255, L'9').c_str(), 0, stepped);
-    EXPECT_STREQ(stepped, L"0.00") << "what no edit can mean must not break the formatting";
 }
 
 // What the page does when the unit is switched and switched back: convert, show, read, convert, show.

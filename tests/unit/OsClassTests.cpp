@@ -17,14 +17,12 @@ TEST(OsClass, FollowsPlatformAndVersion) {
         {true, 10, 0, 1},  {true, 3, 51, 1},  {false, 3, 11, 0}, {false, 4, 0, 2},
         {false, 4, 10, 3}, {false, 4, 90, 4}, {false, 4, 3, 2},  {false, 5, 90, 2},
     };
-    for (const auto& system : cases) {
+    for (const auto& [isNt, major, minor, expected] : cases) {
         OSVERSIONINFOW record = {};
-        record.dwMajorVersion = system.major;
-        record.dwMinorVersion = system.minor;
-        const DWORD version = (system.isNt ? 0 : 0x80000000) | system.minor << 8 | system.major;
-        EXPECT_EQ(system.expected, ClassifyOs(version, &record))
-            << system.isNt << ' ' << system.major << '.' << system.minor;
-        EXPECT_EQ(system.isNt ? 1 : 2, ClassifyOs(version, nullptr));
+        record.dwMajorVersion = major;
+        record.dwMinorVersion = minor;
+        const DWORD version = (isNt ? 0 : 0x80000000) | minor << 8 | major;
+        EXPECT_EQ(expected, ClassifyOs(version, record)) << isNt << ' ' << major << '.' << minor;
     }
 }
 
