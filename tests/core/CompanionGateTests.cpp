@@ -18,8 +18,8 @@ struct CompanionGate : testing::Test {
     CompanionGate() { WriteDword(HKEY_LOCAL_MACHINE, kQueueKey, L"Attributes", 0x240); }
     ~CompanionGate() override {
         QuitAll();
+        DestroyWindow(hidden);
         DestroyWindow(window);
-        object->Release();
     }
 
     void Start(const std::wstring& name, const wchar_t* does) {
@@ -34,9 +34,13 @@ struct CompanionGate : testing::Test {
     ScratchRegistry registry;
     TemporaryFolder folder;
     PlugInDll dll;
-    IPrintOemUI2* object = dll.Create();
-    HWND window = CreateWindowExW(0, L"STATIC", L"mine", WS_POPUP | WS_VISIBLE, 0, 0, 10, 10, nullptr,
-                                  nullptr, nullptr, nullptr);
+    driverhost::ComRef<IPrintOemUI2> object = dll.CreateObject();
+    static HWND Popup(DWORD exStyle, DWORD style) {
+        return CreateWindowExW(exStyle, L"STATIC", L"mine", WS_POPUP | style, 0, 0, 10, 10, nullptr, nullptr,
+                               nullptr, nullptr);
+    }
+    HWND window = Popup(0, WS_VISIBLE);
+    HWND hidden = Popup(WS_EX_TOPMOST, 0);  // the search meets it first
 };
 
 TEST_F(CompanionGate, IsShutWhileTheCompanionShowsAWindow) {

@@ -22,8 +22,8 @@ HRESULT CallSlot(void* object, int slot, Arguments... arguments) {
 }
 
 HRESULT CallSlotWithPoison(void* object, int slot) {
-    return CallSlot(object, slot, kPoison, kPoison, kPoison, kPoison, kPoison, kPoison, kPoison, kPoison,
-                    kPoison);
+    void* const p = kPoison;
+    return CallSlot(object, slot, p, p, p, p, p, p, p, p, p);
 }
 
 // The driver's helper object: counts its references, gives its interface as often as it is told, and may
@@ -60,19 +60,23 @@ class Helper final : public IPrintOemDriverUI {
     const std::vector<bool> m_given;
 };
 
+std::wstring g_trace;
+
+void WINAPI RecordTrace(const wchar_t* text) {
+    g_trace += text;
+}
+
 struct PlugInObject : testing::Test {
-    ~PlugInObject() override { object->Release(); }
+    PlugInObject() { EXPECT_EQ(S_OK, getClassObject(CLSID_OEMUI, IID_IClassFactory, factory.Put())); }
 
-    IClassFactory* Factory() const {
-        IClassFactory* factory = nullptr;
-        EXPECT_EQ(S_OK,
-                  dll.GetClassObject(CLSID_OEMUI, IID_IClassFactory, reinterpret_cast<void**>(&factory)));
-        return factory;
-    }
-
-    ScratchRegistry registry;
-    PlugInDll dll;
-    IPrintOemUI2* object = dll.Create();
+    const ScratchRegistry registry;
+    const PlugInDll dll;
+    decltype(&DllGetClassObject) getClassObject =
+        dll.Export<decltype(&DllGetClassObject)>("DllGetClassObject");
+    decltype(&DllCanUnloadNow) canUnloadNow = dll.Export<decltype(&DllCanUnloadNow)>("DllCanUnloadNow");
+    driverhost::ComRef<IPrintOemUI2> object = dll.CreateObject();
+    driverhost::ComRef<IClassFactory> factory;
+    const ImportPatch trace{dll.Module(), "OutputDebugStringW", AddressOf(RecordTrace)};
 };
 
 TEST(Identifiers, AreTheKits) {
@@ -92,36 +96,33 @@ TEST(Identifiers, AreTheKits) {
 }
 
 TEST_F(PlugInObject, IsServedForItsClassAndInterfacesAlone) {
-    IClassFactory* const factory = Factory();
+    void* answer = nullptr;
     for (const IID& accepted : {IID_IUnknown, IID_IPrintOemUI2}) {
-        void* answer = nullptr;
         EXPECT_EQ(S_OK, object->QueryInterface(accepted, &answer));
-        EXPECT_EQ(object, answer);
+        EXPECT_EQ(object.Get(), answer);
         EXPECT_EQ(1u, object->Release());
     }
-    std::vector<IID> refused = {IID_IPrintOemUI, IID_IPrintOemCommon};
-    for (size_t byte = 0; byte < sizeof(GUID); ++byte) {
-        CLSID otherClass = CLSID_OEMUI;
-        reinterpret_cast<BYTE*>(&otherClass)[byte] ^= 1;
-        void* answer = kPoison;
-        EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, dll.GetClassObject(otherClass, IID_IClassFactory, &answer));
-        EXPECT_EQ(kPoison, answer) << "a foreign class leaves the pointer alone";
-        refused.push_back(IID_IPrintOemUI2);
-        reinterpret_cast<BYTE*>(&refused.back())[byte] ^= 1;
-    }
     const size_t blocks = CountHeapBlocks();
-    for (const IID& id : refused) {
+    const auto expectRefused = [&](const IID& id) {
         void* answers[] = {kPoison, kPoison, kPoison};
         EXPECT_EQ(E_NOINTERFACE, object->QueryInterface(id, &answers[0]));
         EXPECT_EQ(E_NOINTERFACE, factory->CreateInstance(nullptr, id, &answers[1]));
-        EXPECT_EQ(E_NOINTERFACE, dll.GetClassObject(CLSID_OEMUI, id, &answers[2]));
-        for (void* const answer : answers)
-            EXPECT_EQ(nullptr, answer);
+        EXPECT_EQ(E_NOINTERFACE, getClassObject(CLSID_OEMUI, id, &answers[2]));
+        EXPECT_TRUE(!answers[0] && !answers[1] && !answers[2]);
+    };
+    expectRefused(IID_IPrintOemUI);
+    expectRefused(IID_IPrintOemCommon);
+    for (size_t byte = 0; byte < sizeof(GUID); ++byte) {
+        GUID foreign[] = {CLSID_OEMUI, IID_IPrintOemUI2};
+        for (GUID& id : foreign)
+            reinterpret_cast<BYTE*>(&id)[byte] ^= 1;
+        answer = kPoison;
+        EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, getClassObject(foreign[0], IID_IClassFactory, &answer));
+        EXPECT_EQ(kPoison, answer) << "a foreign class leaves the pointer alone";
+        expectRefused(foreign[1]);
     }
-    void* answer = nullptr;
-    EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(object, IID_IUnknown, &answer));
+    EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(object.Get(), IID_IUnknown, &answer));
     EXPECT_EQ(blocks, CountHeapBlocks()) << "refused objects and factories are freed";
-    EXPECT_EQ(0u, factory->Release());
 }
 
 // Every change of a count is answered with the count that it left: with threads that meet, a change that is
@@ -129,19 +130,18 @@ TEST_F(PlugInObject, IsServedForItsClassAndInterfacesAlone) {
 // shows in answers that change; on a busy machine it takes a while.
 TEST_F(PlugInObject, IsCountedByTwoThreadsAtOnce) {
     constexpr int kMeetings = 3000;
-    IClassFactory* const factory = Factory();
-    EXPECT_EQ(S_OK, dll.CanUnloadNow()) << "live objects do not count";
+    EXPECT_EQ(S_OK, canUnloadNow()) << "live objects do not count";
     factory->LockServer(TRUE);
     const ULONGLONG end = GetTickCount64() + 5000;
     std::atomic<int> meetings = 0;
     const auto count = [&](LONG64* sum) {
         ULONG last = 0;
         while (meetings < kMeetings && GetTickCount64() < end) {
-            for (IUnknown* const each : std::initializer_list<IUnknown*>{object, factory}) {
+            for (IUnknown* const each : std::initializer_list<IUnknown*>{object.Get(), factory.Get()}) {
                 const ULONG answer = each->AddRef();
                 *sum += answer;
                 *sum -= each->Release() + LONG64{1};
-                meetings += each == factory && std::exchange(last, answer) != answer;
+                meetings += each == factory.Get() && std::exchange(last, answer) != answer;
             }
             factory->LockServer(TRUE);
             factory->LockServer(FALSE);
@@ -152,34 +152,33 @@ TEST_F(PlugInObject, IsCountedByTwoThreadsAtOnce) {
     count(&sums[0]);
     other.join();
     EXPECT_EQ(0, sums[0] + sums[1]);
-    EXPECT_EQ(S_FALSE, dll.CanUnloadNow());
+    EXPECT_EQ(S_FALSE, canUnloadNow());
     factory->LockServer(FALSE);
-    EXPECT_EQ(S_OK, dll.CanUnloadNow());
-    EXPECT_EQ(0u, factory->Release());
+    EXPECT_EQ(S_OK, canUnloadNow());
 }
 
 TEST_F(PlugInObject, HasItsOperationsInTheKitsSlots) {
     DWORD signature = 0, needed = 0;
-    EXPECT_EQ(S_OK, CallSlot(object, 3, OEMGI_GETSIGNATURE, &signature, 4, &needed));
+    EXPECT_EQ(S_OK, CallSlot(object.Get(), 3, OEMGI_GETSIGNATURE, &signature, 4, &needed));
     EXPECT_EQ(0x42524D4Bu, signature);
     OEMDMPARAM record = {};
-    EXPECT_EQ(S_OK, CallSlot(object, 4, OEMDM_SIZE, &record));
+    EXPECT_EQ(S_OK, CallSlot(object.Get(), 4, OEMDM_SIZE, &record));
     EXPECT_EQ(560u, record.cbBufSize);
-    EXPECT_EQ(E_POINTER, CallSlot(object, 5, nullptr));
+    EXPECT_EQ(E_POINTER, CallSlot(object.Get(), 5, nullptr));
     OEMCUIPPARAM items = {};
     items.cOEMOptItems = 5;
-    EXPECT_EQ(S_OK, CallSlot(object, 6, OEMCUIP_PRNPROP, &items));
+    EXPECT_EQ(S_OK, CallSlot(object.Get(), 6, OEMCUIP_PRNPROP, &items));
     EXPECT_EQ(0u, items.cOEMOptItems);
     PROPSHEETUI_INFO sheet = {};
     sheet.Version = PROPSHEETUI_INFO_VERSION;
     sheet.Reason = PROPSHEETUI_REASON_DESTROY;
-    EXPECT_EQ(S_OK, CallSlot(object, 7, &sheet, nullptr));
+    EXPECT_EQ(S_OK, CallSlot(object.Get(), 7, &sheet, nullptr));
     EXPECT_EQ(1u, sheet.Result);
     for (int slot = 8; slot <= 18; ++slot)
-        EXPECT_EQ(E_NOTIMPL, CallSlotWithPoison(object, slot)) << slot << " writes and reads nothing";
+        EXPECT_EQ(E_NOTIMPL, CallSlotWithPoison(object.Get(), slot)) << slot << " writes and reads nothing";
     INT result = 77;
-    EXPECT_EQ(S_OK,
-              CallSlot(object, 19, nullptr, nullptr, DOCUMENTEVENT_ENDPAGE, 0, nullptr, 0, nullptr, &result));
+    EXPECT_EQ(S_OK, CallSlot(object.Get(), 19, nullptr, nullptr, DOCUMENTEVENT_ENDPAGE, 0, nullptr, 0,
+                             nullptr, &result));
     EXPECT_EQ(DOCUMENTEVENT_SUCCESS, result);
 
     Helper helper;
@@ -236,12 +235,6 @@ TEST_F(PlugInObject, TakesTheHelperOncePerObjectAndForTheModule) {
     }
 }
 
-std::wstring g_trace;
-
-void WINAPI RecordTrace(const wchar_t* text) {
-    g_trace += text;
-}
-
 TEST_F(PlugInObject, TracesAHelperThatFaultsWhenReleased) {
     void (*const faults[])() = {
         [] { throw 1; },
@@ -249,7 +242,6 @@ TEST_F(PlugInObject, TracesAHelperThatFaultsWhenReleased) {
         [] { RaiseException(0xE06D7363, EXCEPTION_NONCONTINUABLE, 0, nullptr); },  // C++, of another maker
         [] { *static_cast<volatile int*>(kPoison) = 1; },
     };
-    const ImportPatch patch(dll.Module(), "OutputDebugStringW", AddressOf(RecordTrace));
     for (const auto& fault : faults) {
         Helper helper;
         IPrintOemUI2* const owner = dll.Create();
@@ -262,7 +254,6 @@ TEST_F(PlugInObject, TracesAHelperThatFaultsWhenReleased) {
 }
 
 TEST_F(PlugInObject, TracesABufferThatCannotBeWritten) {
-    const ImportPatch patch(dll.Module(), "OutputDebugStringW", AddressOf(RecordTrace));
     DWORD value = 0;
     for (const auto& [buffer, needed] : {std::pair<void*, void*>{&value, kPoison}, {kPoison, &value}}) {
         g_trace.clear();

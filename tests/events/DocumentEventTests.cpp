@@ -285,7 +285,7 @@ TEST(StartOfDocument, GoesOnWhenACompanionOrTheShellIsGone) {
     DeleteFileW((machine.Folder() + L"\\" + kInteraction).c_str());
     const MessageBoxes boxes;
     EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
-    EXPECT_EQ(1u, boxes.Caught().size()) << "the shell's own message";
+    EXPECT_EQ(1u, boxes.Count()) << "the shell's own message";
     EXPECT_EQ("0 1", machine.Running());
 
     machine.EndCompanions();

@@ -3,7 +3,7 @@
 #include <malloc.h>
 #include <winternl.h>
 
-#include <cstdint>
+#include <algorithm>
 #include <vector>
 
 namespace kzp::test {
@@ -21,24 +21,20 @@ struct HandleEntry {
     DWORD access;
 };
 
-constexpr int kSystemHandleInformation = 16;
-constexpr LONG kInfoLengthMismatch = static_cast<LONG>(0xC0000004);
+constexpr auto kSystemHandleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(16);
 
 }  // namespace
 
 size_t CountHandles() {
-    std::vector<std::uint8_t> buffer(1 << 16);
+    std::vector<BYTE> buffer(1 << 16);
     ULONG needed = 0;
-    while (NtQuerySystemInformation(static_cast<SYSTEM_INFORMATION_CLASS>(kSystemHandleInformation),
-                                    buffer.data(), static_cast<ULONG>(buffer.size()),
-                                    &needed) == kInfoLengthMismatch)
+    while (NtQuerySystemInformation(kSystemHandleInformation, buffer.data(),
+                                    static_cast<ULONG>(buffer.size()), &needed) != 0)
         buffer.resize(buffer.size() * 2);
-    const ULONG entries = *reinterpret_cast<const ULONG*>(buffer.data());
-    const auto* const entry = reinterpret_cast<const HandleEntry*>(buffer.data() + 8);
-    size_t count = 0;
-    for (ULONG i = 0; i < entries; ++i)
-        count += entry[i].processId == GetCurrentProcessId() ? 1u : 0u;
-    return count;
+    const auto* const first = reinterpret_cast<const HandleEntry*>(buffer.data() + 8);
+    return static_cast<size_t>(
+        std::count_if(first, first + *reinterpret_cast<const ULONG*>(buffer.data()),
+                      [](const HandleEntry& entry) { return entry.processId == GetCurrentProcessId(); }));
 }
 
 size_t CountHeapBlocks(HANDLE heap) {

@@ -9,13 +9,6 @@
 
 namespace kzp::test {
 
-std::wstring BesideExe(const std::wstring& name) {
-    wchar_t path[MAX_PATH * 4] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH * 4);
-    std::wstring result(path);
-    return result.substr(0, result.rfind(L'\\') + 1) + name;
-}
-
 TemporaryFolder::TemporaryFolder() {
     static int count = 0;
     wchar_t temporary[MAX_PATH] = {};

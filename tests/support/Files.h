@@ -5,10 +5,14 @@
 
 #include <string>
 
+#include "tools/driverhost/PlugIn.h"
+
 namespace kzp::test {
 
 // Full path of a file that stands beside this program.
-std::wstring BesideExe(const std::wstring& name);
+inline std::wstring BesideExe(const std::wstring& name) {
+    return driverhost::BesideProgram(name.c_str());
+}
 
 // A fresh folder; it and all that was put into it go with the object.
 class TemporaryFolder {

@@ -30,6 +30,7 @@ class ImportPatch {
 struct Import {
     std::string dll;
     std::string function;
+    void** slot;
 };
 
 // The load-time imports of a loaded module that have names.

@@ -10,9 +10,9 @@ namespace kzp::test {
 
 namespace {
 
-void Execute(MSIHANDLE database, const wchar_t* query) {
+void Execute(MSIHANDLE database, const std::wstring& query) {
     MSIHANDLE view = 0;
-    ASSERT_EQ(0u, MsiDatabaseOpenViewW(database, query, &view));
+    ASSERT_EQ(0u, MsiDatabaseOpenViewW(database, query.c_str(), &view));
     EXPECT_EQ(0u, MsiViewExecute(view, 0));
     MsiCloseHandle(view);
 }
@@ -24,22 +24,24 @@ MSIHANDLE CreatePackage(const std::wstring& path) {
     Execute(database,
             L"CREATE TABLE `Property` (`Property` CHAR(72) NOT NULL, `Value` CHAR(0) NOT NULL LOCALIZABLE "
             L"PRIMARY KEY `Property`)");
+    const std::wstring insert = L"INSERT INTO `Property` (`Property`, `Value`) VALUES (";
     for (const wchar_t* const row : {
-             L"'ProductCode', '{7B0C2A94-51D3-4E86-9F17-3C6A08E4B25D}'",
-             L"'ProductName', 'Actions under test'",
-             L"'ProductLanguage', '1033'",
-             L"'ProductVersion', '1.0.0'",
-             L"'Manufacturer', 'Brimlake'",
+             L"'ProductCode', '{7B0C2A94-51D3-4E86-9F17-3C6A08E4B25D}')",
+             L"'ProductName', 'Actions under test')",
+             L"'ProductLanguage', '1033')",
+             L"'ProductVersion', '1.0.0')",
+             L"'Manufacturer', 'Brimlake')",
          })
-        Execute(
-            database,
-            (L"INSERT INTO `Property` (`Property`, `Value`) VALUES (" + std::wstring(row) + L")").c_str());
+        Execute(database, insert + row);
     MSIHANDLE summary = 0;
     EXPECT_EQ(0u, MsiGetSummaryInformationW(database, nullptr, 4, &summary));
-    MsiSummaryInfoSetPropertyW(summary, 7, VT_LPSTR, 0, nullptr, L"x64;1033");
-    MsiSummaryInfoSetPropertyW(summary, 9, VT_LPSTR, 0, nullptr, L"{0D9B6C1E-8A47-4F25-B3E0-6271A5C84F93}");
-    MsiSummaryInfoSetPropertyW(summary, 14, VT_I4, 200, nullptr, nullptr);
-    MsiSummaryInfoSetPropertyW(summary, 15, VT_I4, 0, nullptr, nullptr);
+    const auto set = [&](UINT property, UINT type, int number, const wchar_t* text) {
+        MsiSummaryInfoSetPropertyW(summary, property, type, number, nullptr, text);
+    };
+    set(7, VT_LPSTR, 0, L"x64;1033");
+    set(9, VT_LPSTR, 0, L"{0D9B6C1E-8A47-4F25-B3E0-6271A5C84F93}");
+    set(14, VT_I4, 200, nullptr);
+    set(15, VT_I4, 0, nullptr);
     MsiSummaryInfoPersist(summary);
     MsiCloseHandle(summary);
     MsiDatabaseCommit(database);
@@ -67,11 +69,9 @@ void InstallerSession::SetActionData(const std::wstring& text) const {
 }
 
 INT CALLBACK InstallerSession::Receive(void* session, UINT type, MSIHANDLE record) {
-    if ((type & 0xFF000000) != INSTALLMESSAGE_INFO)
-        return 0;
     wchar_t text[1024] = {};
     DWORD length = 1024;
-    if (MsiFormatRecordW(0, record, text, &length) != ERROR_SUCCESS)
+    if ((type & 0xFF000000) != INSTALLMESSAGE_INFO || MsiFormatRecordW(0, record, text, &length) != 0)
         return 0;
     // The platform puts "Info <code>." before a line that carries a code.
     const std::wstring line = text;

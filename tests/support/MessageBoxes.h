@@ -1,37 +1,35 @@
-// Message boxes of this thread, caught and answered while the object lives.
+// Presses OK in every message box of this thread while the object lives, and counts them.
 #pragma once
 
 #include <windows.h>
 
-#include <string>
-#include <vector>
+#include <set>
 
 namespace kzp::test {
 
-struct CaughtBox {
-    std::wstring caption;
-    std::wstring text;
-    HWND owner;
-};
-
 class MessageBoxes {
   public:
-    // `answer` is the button that is pressed.
-    explicit MessageBoxes(int answer = IDOK);
-    ~MessageBoxes();
+    MessageBoxes() : m_hook(SetWindowsHookExW(WH_CBT, Hook, nullptr, GetCurrentThreadId())) {
+        s_boxes.clear();
+    }
+    ~MessageBoxes() { UnhookWindowsHookEx(m_hook); }
     MessageBoxes(const MessageBoxes&) = delete;
     MessageBoxes& operator=(const MessageBoxes&) = delete;
 
-    const std::vector<CaughtBox>& Caught() const { return m_caught; }
+    static size_t Count() { return s_boxes.size(); }
 
   private:
-    static LRESULT CALLBACK Hook(int code, WPARAM wParam, LPARAM lParam);
-    void Catch(HWND box);
+    static LRESULT CALLBACK Hook(int code, WPARAM wParam, LPARAM lParam) {
+        constexpr int kText = 0xFFFF;
+        const auto window = reinterpret_cast<HWND>(wParam);
+        // A box may be activated more than once before it goes.
+        if (code == HCBT_ACTIVATE && GetDlgItem(window, kText) && s_boxes.insert(window).second)
+            PostMessageW(window, WM_COMMAND, IDOK, 0);
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
 
-    int m_answer;
-    HHOOK m_hook = nullptr;
-    std::vector<HWND> m_seen;
-    std::vector<CaughtBox> m_caught;
+    static inline std::set<HWND> s_boxes;
+    HHOOK m_hook;
 };
 
 }  // namespace kzp::test

@@ -1,35 +1,27 @@
-// The delivered plug-in, loaded by path and asked for its object as the driver's user interface does.
+// The delivered plug-in, loaded by path, with all that it exports.
 #pragma once
 
-#include "driverkit/prcomoem.h"
-
-#include <string>
+#include "tools/driverhost/PlugIn.h"
 
 namespace kzp::test {
 
-class PlugInDll {
-  public:
-    // Loads the DLL beside this program, or the one at `path`.
-    explicit PlugInDll(const std::wstring& path = {});
-    ~PlugInDll();
-    PlugInDll(const PlugInDll&) = delete;
-    PlugInDll& operator=(const PlugInDll&) = delete;
-
-    HMODULE Module() const { return m_module; }
+struct PlugInDll : driverhost::PlugIn {
+    explicit PlugInDll(const std::wstring& path = driverhost::BesideProgram(L"KZPWriterUI.dll"))
+        : PlugIn(path) {
+        (void)Module();  // loads it
+    }
 
     template <class Function>
     Function Export(const char* name) const {
-        return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(m_module, name)));
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(Module(), name)));
     }
 
-    HRESULT GetClassObject(REFCLSID classId, REFIID interfaceId, void** object) const;
-    HRESULT CanUnloadNow() const;
-
-    // A new plug-in object, or null; the caller releases it.
-    IPrintOemUI2* Create() const;
-
-  private:
-    HMODULE m_module;
+    // A new plug-in object, which the caller releases.
+    IPrintOemUI2* Create() const {
+        const driverhost::ComRef<IPrintOemUI2> object = CreateObject();
+        object->AddRef();
+        return object.Get();
+    }
 };
 
 }  // namespace kzp::test

@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <cwchar>
 #include <string>
+
+#include "tools/driverhost/Text.h"
 
 namespace kzp::test {
 
@@ -12,18 +13,14 @@ namespace {
 
 constexpr wchar_t kOwner[] = L"KZP_TEST_COPY_OF";
 
-std::wstring Widened(const char* text) {
-    return std::wstring(text, text + std::strlen(text));
-}
-
 }  // namespace
 
 ProgramCopy::ProgramCopy() {
     wchar_t program[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, program, MAX_PATH);
     const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
-    std::wstring command = std::wstring(L"\"") + program + L"\" --gtest_brief=1 --gtest_filter=" +
-                           Widened(test.test_suite_name()) + L"." + Widened(test.name());
+    std::wstring command = driverhost::Format(L"\"%ls\" --gtest_brief=1 --gtest_filter=%hs.%hs", program,
+                                              test.test_suite_name(), test.name());
     SetEnvironmentVariableW(kOwner, std::to_wstring(GetCurrentProcessId()).c_str());
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;

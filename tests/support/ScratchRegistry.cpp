@@ -6,15 +6,13 @@ namespace kzp::test {
 
 namespace {
 
-constexpr wchar_t kScratchRoot[] = L"Software\\KZP Tests";
-
 void Redirect(HKEY predefined, const std::wstring& path) {
     ASSERT_EQ(ERROR_SUCCESS,
               RegOverridePredefKey(predefined, standins::CreateKey(HKEY_CURRENT_USER, path).Get()));
 }
 
 std::wstring PathOf(DWORD owner) {
-    return std::wstring(kScratchRoot) + L"\\" + std::to_wstring(owner);
+    return L"Software\\KZP Tests\\" + std::to_wstring(owner);
 }
 
 }  // namespace
