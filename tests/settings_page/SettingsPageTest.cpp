@@ -2,31 +2,49 @@
 
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
 #include "resources/resource.h"
 #include "settings/SpoolerForms.h"
 
 namespace kzp::test {
 
+void Do(driverhost::SheetUser& user, const Use& use) {
+    if (use.control == IDC_PAPER || use.control == IDC_QUALITY || use.control == IDC_COLOR)
+        user.Select(use.control, use.text);
+    else if (use.text)
+        user.SetText(use.control, use.text);
+    else
+        user.Click(use.control);
+}
+
 SettingsPageTest::SettingsPageTest() {
     AddCustomForm(driverhost::kDefaultPrinter, kCustomFormName, 2159, 2667);
 }
 
-void SettingsPageTest::Open(const Steps& steps) {
+void SettingsPageTest::Open(const std::vector<driverhost::SheetStep>& steps) {
     options.features = std::move(tree);
-    HostedSheet host(std::move(options), shape);
-    std::memcpy(host.session.DevMode().PlugInPart() + offsetof(KZPPrivateDevMode, fMargins), margins.data(),
+    host.emplace(std::move(options), shape);
+    std::memcpy(host->session.DevMode().PlugInPart() + offsetof(KZPPrivateDevMode, fMargins), margins.data(),
                 margins.size() * sizeof margins[0]);
     if (beforeShow)
-        beforeShow(host);
+        beforeShow();
     for (const auto& step : steps)
-        host.run.Add([&host, step](driverhost::SheetUser& user) { step(host, user); });
-    host.run.Show();
+        host->run.Add(step);
+    host->run.Show();
+    host.reset();
     options = {};
     tree = driverhost::DriverTree::Standard(L"");
 }
 
-Texts SettingsPageTest::EditTexts(driverhost::SheetUser& user) {
+std::string SettingsPageTest::Announced() {
+    std::string all;
+    for (const auto& call : std::exchange(host->session.Helper().Announcements(), {}))
+        all += call.keyword + "=" + std::to_string(call.selection) + " ";
+    return all;
+}
+
+Texts SettingsPageTest::EditTexts(const driverhost::SheetUser& user) {
     Texts texts;
     for (const int edit : {IDC_WIDTH, IDC_HEIGHT, IDC_LEFT, IDC_TOP, IDC_RIGHT, IDC_BOTTOM})
         texts.push_back(user.Text(edit));

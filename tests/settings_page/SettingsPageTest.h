@@ -10,8 +10,17 @@
 
 namespace kzp::test {
 
+using Texts = std::vector<std::wstring>;
+
 inline constexpr int kSettingsTab = 1;
-inline constexpr int kOutputTab = 2;
+inline constexpr wchar_t kCustom[] = L"User-defined size";
+
+// One thing that the user does.
+struct Use {
+    int control;
+    const wchar_t* text = nullptr;  // into an edit, or the entry of a list; else a click
+};
+void Do(driverhost::SheetUser& user, const Use& use);
 
 class SettingsPageTest : public SheetTest {
   protected:
@@ -22,19 +31,20 @@ class SettingsPageTest : public SheetTest {
     driverhost::SessionOptions options;
     driverhost::SheetOptions shape;
     std::vector<float> margins = {12.7f, 25.4f, 6.35f, 0};  // of the private record: left, top, right, bottom
-    std::function<void(HostedSheet&)> beforeShow;
+    std::function<void()> beforeShow;
 
     void ChooseCustomPaper() { tree.Find("PaperSize")->Sel = 7; }
-    void ChooseMillimeters() { tree.Find("CustomUnit")->Sel = 1; }
 
-    // Opens the sheet, runs the steps one by one as a person would, and cancels it. `tree` is used up.
-    using Steps = std::vector<std::function<void(HostedSheet&, driverhost::SheetUser&)>>;
-    void Open(const Steps& steps);
+    // Opens the sheet, runs the steps one by one as a person would, and cancels it if it is open still.
+    // `tree` and `options` are used up.
+    void Open(const std::vector<driverhost::SheetStep>& steps);
+    std::optional<HostedSheet> host;  // meanwhile
+
+    // What the driver was told since the last call: "PaperSize=5 Resolution=4 ".
+    std::string Announced();
 
     // Edits in the order width, height, left, top, right, bottom.
-    static std::vector<std::wstring> EditTexts(driverhost::SheetUser& user);
+    static Texts EditTexts(const driverhost::SheetUser& user);
 };
-
-using Texts = std::vector<std::wstring>;
 
 }  // namespace kzp::test
