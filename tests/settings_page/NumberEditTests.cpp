@@ -123,14 +123,11 @@ TEST_F(NumberEdits, HaveNoUnitWhereTheDriverHasNone) {
         Open({
             [&](SheetUser& user) {
                 user.Click(IDC_LANDSCAPE);
-                if (custom) {
-                    for (const Use& use : {Use{IDC_PAPER, kCustom}, {IDC_WIDTH, L"30"}, {IDC_HEIGHT, L"30"}})
-                        Do(user, use);
-                }
+                if (custom)
+                    Do(user, {{IDC_PAPER, kCustom}, {IDC_WIDTH, L"30"}, {IDC_HEIGHT, L"30"}});
                 const Texts typed = EditTexts(user);
                 EXPECT_EQ(typed[2], L"");
-                for (const int unit : {IDC_INCHES, IDC_MILLIMETERS, IDC_INCHES})
-                    user.Click(unit);
+                Do(user, {{IDC_INCHES}, {IDC_MILLIMETERS}, {IDC_INCHES}});
                 EXPECT_EQ(EditTexts(user), typed);
                 user.Apply();
             },

@@ -99,8 +99,7 @@ TEST_F(Paper, ThatDoesNotFitBringsTheUserBackToThePage) {
             first = !first;
             steps.push_back([&, first](SheetUser& user) {
                 boxes = host->run.Boxes().size();
-                for (const Use& use : uses)
-                    Do(user, use);
+                Do(user, uses);
                 typed = EditTexts(user);
                 const ImportPatch patch(host->plugIn.Module(), "MessageBoxW", AddressOf(NoteBox));
                 user.ClickTab(first ? 0 : host->sheet.PageCount() - 1);
@@ -116,8 +115,7 @@ TEST_F(Paper, ThatDoesNotFitBringsTheUserBackToThePage) {
             });
         }
         steps.push_back([&](SheetUser& user) {
-            for (const Use& use : {Use{IDC_LEFT, L"0"}, {IDC_PAPER, kCustom}, {IDC_WIDTH, L"0.5"}})
-                Do(user, use);
+            Do(user, {{IDC_LEFT, L"0"}, {IDC_PAPER, kCustom}, {IDC_WIDTH, L"0.5"}});
             boxes = host->run.Boxes().size();
             user.Apply();
         });

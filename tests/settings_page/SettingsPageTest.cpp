@@ -9,15 +9,6 @@
 
 namespace kzp::test {
 
-void Do(driverhost::SheetUser& user, const Use& use) {
-    if (use.control == IDC_PAPER || use.control == IDC_QUALITY || use.control == IDC_COLOR)
-        user.Select(use.control, use.text);
-    else if (use.text)
-        user.SetText(use.control, use.text);
-    else
-        user.Click(use.control);
-}
-
 SettingsPageTest::SettingsPageTest() {
     AddCustomForm(driverhost::kDefaultPrinter, kCustomFormName, 2159, 2667);
 }

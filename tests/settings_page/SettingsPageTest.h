@@ -13,14 +13,6 @@ namespace kzp::test {
 using Texts = std::vector<std::wstring>;
 
 inline constexpr int kSettingsTab = 1;
-inline constexpr wchar_t kCustom[] = L"User-defined size";
-
-// One thing that the user does.
-struct Use {
-    int control;
-    const wchar_t* text = nullptr;  // into an edit, or the entry of a list; else a click
-};
-void Do(driverhost::SheetUser& user, const Use& use);
 
 class SettingsPageTest : public SheetTest {
   protected:

@@ -1,7 +1,6 @@
 // OK and Apply in the real sheet: what is written, in which order, and what the driver is answered.
 #include <algorithm>
 
-#include "resources/resource.h"
 #include "tests/sheet/WriteTrace.h"
 #include "tests/support/Files.h"
 #include "tests/support/SheetTest.h"
@@ -10,10 +9,6 @@ namespace kzp::test {
 namespace {
 
 using driverhost::SheetUser;
-using Lines = std::vector<std::wstring>;
-
-constexpr wchar_t kLetter[] = L"Letter";
-constexpr wchar_t kCustom[] = L"User-defined size";
 
 // Of the keys that the plug-in presses.
 int g_tabPresses = 0;
@@ -26,197 +21,164 @@ void WINAPI CountKey(BYTE key, BYTE scan, DWORD flags, ULONG_PTR extra) {
     keybd_event(key, scan, flags, extra);
 }
 
-class Commit : public SheetTest {
-  protected:
-    explicit Commit(driverhost::SheetOptions shape = {}, driverhost::SessionOptions options = {})
-        : host(std::move(options), shape), trace(host.plugIn.Module()) {
-        EXPECT_EQ(0.0f, RecordMargins(host.session)[0]);
-        g_keysDown = 0;
+struct CommitSheet : HostedSheet {
+    explicit CommitSheet(driverhost::SheetOptions shape = {})
+        : HostedSheet(driverhost::SessionOptions{.plugInItem = true}, shape) {
+        g_keysDown = g_tabPresses = 0;
     }
-    ~Commit() override { EXPECT_EQ(0, g_keysDown) << "no key stays down"; }
-
-    // One action of the user and the next, and what each of them had the plug-in write.
-    void Do(const std::function<void(SheetUser&)>& action) {
-        host.run.Add([action](SheetUser& user) {
-            WriteTrace::Take();
-            action(user);
-        });
-        host.run.Add([this](SheetUser&) { written.push_back(WriteTrace::Take()); });
-    }
-    void Prepare(std::function<void(SheetUser&)> action) { host.run.Add(std::move(action)); }
+    ~CommitSheet() { EXPECT_EQ(0, g_keysDown) << "no key stays down"; }
 
     std::vector<LONG> Answers() const {
         std::vector<LONG> answers;
-        for (const auto& call : host.sheet.Callbacks()) {
+        for (const auto& call : sheet.Callbacks()) {
             if (call.reason == CPSUICB_REASON_APPLYNOW)
                 answers.push_back(call.answer);
         }
         return answers;
     }
 
-    HostedSheet host;
-    WriteTrace trace;
-    ImportPatch keys{host.plugIn.Module(), "keybd_event", AddressOf(&CountKey)};
-    std::vector<Lines> written;
-    const std::wstring documents = DocumentsFolder();
+    WriteTrace trace{plugIn.Module()};
+    ImportPatch keys{plugIn.Module(), "keybd_event", AddressOf(&CountKey)};
 };
 
-struct CommitWithoutApply : Commit {
-    CommitWithoutApply() : Commit({.applyButton = false}) {}
-
-    void TypeWidthAndClose() {
-        Prepare([](SheetUser& user) {
-            user.Select(IDC_PAPER, kCustom);
-            user.Type(IDC_WIDTH, L"9");
-        });
-        Prepare([](SheetUser& user) { user.Ok(); });
-        Prepare([](SheetUser& user) { user.Sheet().Note(L"still open"); });
-        EXPECT_EQ(CPSUI_OK, host.run.Show());
-    }
-};
-
-struct CommitWithItem : Commit {
-    CommitWithItem() : Commit({}, {.plugInItem = true}) {}
-};
-
-void Apply(SheetUser& user) {
-    user.Apply();
-}
+using Commit = SheetTest;
 
 TEST_F(Commit, WritesInItsOrder) {
-    Prepare([](SheetUser& user) { user.Type(IDC_LEFT, L"0.5"); });
-    Do(Apply);
-    Prepare([](SheetUser& user) {
-        user.Select(IDC_PAPER, kCustom);
-        user.Click(IDC_MILLIMETERS);
-        user.Type(IDC_WIDTH, L"100");
-        user.Type(IDC_HEIGHT, L"90.5");
-        user.Click(IDC_OUTPUT_KZP);
-        user.Click(IDC_DISPLAY_IN_VIEWER);
-    });
-    Do(Apply);
-    Prepare([](SheetUser& user) { user.Type(IDC_WIDTH, L"100"); });
-    Do(Apply);
-    host.run.Show();
-    ASSERT_EQ(3u, written.size());
-    EXPECT_EQ((Lines{L"LaunchKZPView=YES", L"PROMPTFILENAME=YES", L"PathDirs=", L"DefaultDir=" + documents,
-                     L"FONTLIST=0 bytes", L"OutputType=2", L"printer: KZP Margin=12.70 0.00 0.00 0.00"}),
-              written[0])
-        << "a standard paper";
-    EXPECT_EQ((Lines{L"LaunchKZPView=NO", L"PROMPTFILENAME=YES", L"PathDirs=", L"DefaultDir=" + documents,
-                     L"form: User Defined=100.000x90.500", L"FONTLIST=0 bytes", L"OutputType=1",
-                     L"printer: KZP Margin=12.70 0.00 0.00 0.00"}),
-              written[1])
-        << "the custom paper";
-    written[1].erase(written[1].begin() + 4);
-    EXPECT_EQ(written[1], written[2]) << "the form only when its size differs";
-    EXPECT_EQ((std::vector<LONG>{CPSUICB_ACTION_OPTIF_CHANGED, CPSUICB_ACTION_ITEMS_APPLIED,
-                                 CPSUICB_ACTION_ITEMS_APPLIED}),
-              Answers());
-}
-
-TEST_F(Commit, RefusedKeepsTextsRecordAndFormButWritesTheRest) {
-    for (const wchar_t* const paper : {kLetter, kCustom}) {
-        Prepare([paper](SheetUser& user) {
-            user.Select(IDC_PAPER, paper);
-            user.Type(IDC_LEFT, L"9");
-            user.Click(IDC_OUTPUT_KZP);
-            user.Click(IDC_DISPLAY_IN_VIEWER);
+    const std::wstring documents = DocumentsFolder();
+    const struct {
+        int tab;
+        std::vector<Use> uses;
+        LONG answer;
+        std::wstring item, view, folder, form, output;
+    } cases[] = {
+        {1, {{IDC_LEFT, L"0.5"}}, CPSUICB_ACTION_OPTIF_CHANGED, L"0", L"YES", documents, L"", L"2"},
+        {1,
+         {{IDC_PAPER, kCustom},
+          {IDC_MILLIMETERS},
+          {IDC_WIDTH, L"100"},
+          {IDC_HEIGHT, L"90.5"},
+          {IDC_OUTPUT_KZP},
+          {IDC_DISPLAY_IN_VIEWER}},
+         CPSUICB_ACTION_ITEMS_APPLIED,
+         L"0",
+         L"NO",
+         documents,
+         L"form: User Defined=100.000x90.500",
+         L"1"},
+        // The form is written only when its size differs.
+        {1, {{IDC_WIDTH, L"100"}}, CPSUICB_ACTION_ITEMS_APPLIED, L"0", L"NO", documents, L"", L"1"},
+        // A refused commit keeps texts, record and form, but writes the rest.
+        {1, {{IDC_LEFT, L"101"}, {IDC_OUTPUT_KZPX}}, CPSUICB_ACTION_NO_APPLY_EXIT, L"0", L"", L"", L"", L"2"},
+        {1,
+         {{IDC_LEFT, L"300"}, {IDC_PAPER, L"Letter"}},
+         CPSUICB_ACTION_NO_APPLY_EXIT,
+         L"0",
+         L"",
+         L"",
+         L"",
+         L"2"},
+        {1, {{IDC_LEFT, L"12.7"}}, CPSUICB_ACTION_OPTIF_CHANGED, L"0", L"NO", documents, L"", L"2"},
+        // A user location that was never picked leaves no folder. Only with the custom paper it becomes the
+        // documents folder, and stays that.
+        {2, {{IDC_USER_LOCATION}}, CPSUICB_ACTION_OPTIF_CHANGED, L"1", L"NO", L"", L"", L"2"},
+        {1, {{IDC_PAPER, kCustom}}, CPSUICB_ACTION_ITEMS_APPLIED, L"1", L"NO", documents, L"", L"2"},
+        {1, {{IDC_PAPER, L"Letter"}}, CPSUICB_ACTION_OPTIF_CHANGED, L"1", L"NO", documents, L"", L"2"},
+    };
+    CommitSheet host;
+    size_t refused = 0;
+    for (const auto& expected : cases) {
+        host.run.Add([&](SheetUser& user) { user.ClickTab(expected.tab); });
+        host.run.Add([&](SheetUser& user) {
+            Do(user, expected.uses);
+            WriteTrace::Take();
+            user.Apply();
         });
-        Do(Apply);
+        host.run.Add([&](SheetUser& user) {
+            SCOPED_TRACE(&expected - cases);
+            Lines lines = {L"printer: BRMK_KZPWRITER_UI_VALUE=" + expected.item};
+            if (expected.answer == CPSUICB_ACTION_NO_APPLY_EXIT) {
+                ++refused;
+                EXPECT_EQ(expected.uses[0].text, user.Text(IDC_LEFT))
+                    << "the sheet stays as the user left it";
+            } else {
+                lines.insert(lines.end(), {L"LaunchKZPView=" + expected.view, L"PROMPTFILENAME=YES",
+                                           L"PathDirs=", L"DefaultDir=" + expected.folder});
+            }
+            if (!expected.form.empty())
+                lines.push_back(expected.form);
+            lines.insert(lines.end(), {L"FONTLIST=0 bytes", L"OutputType=" + expected.output,
+                                       L"printer: KZP Margin=12.70 0.00 0.00 0.00"});
+            EXPECT_EQ(lines, WriteTrace::Take());
+            EXPECT_EQ(expected.answer, host.Answers().back());
+            EXPECT_EQ(expected.tab, host.sheet.CurrentPage());
+            EXPECT_EQ(refused, host.run.Boxes().size()) << "the page says so once each time";
+        });
     }
-    Prepare([this](SheetUser& user) {
-        EXPECT_EQ(1, host.sheet.CurrentPage());
-        EXPECT_EQ(L"9", user.Text(IDC_LEFT)) << "the sheet stays as the user left it";
-    });
     host.run.Show();
-    ASSERT_EQ(2u, written.size());
-    for (const Lines& lines : written)
-        EXPECT_EQ((Lines{L"FONTLIST=0 bytes", L"OutputType=1", L"printer: KZP Margin=0.00 0.00 0.00 0.00"}),
-                  lines);
-    EXPECT_EQ(std::vector<LONG>(2, CPSUICB_ACTION_NO_APPLY_EXIT), Answers());
+    EXPECT_EQ(std::size(cases), host.Answers().size());
     EXPECT_EQ(2, host.sheet.Refused());
-    EXPECT_EQ(2u, host.run.Boxes().size()) << "the page says so once each time";
 }
 
-// A user location that was never picked leaves no folder. Only with the custom paper it becomes the documents
-// folder, and stays that.
-TEST_F(CommitWithItem, AnEmptyFolderIsFilledInForTheCustomPaperOnly) {
-    Prepare([](SheetUser& user) { user.Click(IDC_USER_LOCATION); });
-    host.run.AddNext({[](SheetUser& user) { user.ClickTab(2); }});
-    Do(Apply);
-    Prepare([](SheetUser& user) { user.ClickTab(1); });
-    Prepare([](SheetUser& user) { user.Select(IDC_PAPER, kCustom); });
-    Do(Apply);
-    Prepare([](SheetUser& user) { user.Select(IDC_PAPER, kLetter); });
-    Do(Apply);
-    host.run.Show();
-    ASSERT_EQ(3u, written.size());
-    EXPECT_EQ(L"printer: BRMK_KZPWRITER_UI_VALUE=1", written[0][0]);
-    EXPECT_EQ(L"DefaultDir=", written[0][4]);
-    EXPECT_EQ(L"DefaultDir=" + documents, written[1][4]);
-    EXPECT_EQ(L"DefaultDir=" + documents, written[2][4]);
+TEST_F(Commit, OfARewrittenFormClosesASheetWithoutApplyByItsOwnEnter) {
+    for (const bool refused : {true, false}) {
+        CommitSheet host({.applyButton = false});
+        if (refused)
+            standins::spooler::FailCall(L"SetFormW", ERROR_ACCESS_DENIED);
+        host.run.Add([](SheetUser& user) { Do(user, {{IDC_PAPER, kCustom}, {IDC_WIDTH, L"9"}}); });
+        host.run.Add([](SheetUser& user) { user.Ok(); });
+        host.run.Add([](SheetUser& user) { user.Sheet().Note(L"still open"); });
+        EXPECT_EQ(CPSUI_OK, host.run.Show());
+        standins::spooler::ClearFailures();
+        std::vector<LONG> answers = {CPSUICB_ACTION_NO_APPLY_EXIT, CPSUICB_ACTION_ITEMS_APPLIED};
+        answers.erase(answers.begin(), answers.begin() + refused);
+        EXPECT_EQ(answers, host.Answers()) << "refused " << refused;
+        EXPECT_EQ(1, std::ranges::count(WriteTrace::Take(), L"form: User Defined=228.600x266.700"));
+    }
 }
 
-TEST_F(CommitWithoutApply, ARewrittenFormClosesTheSheetByItsOwnEnter) {
-    TypeWidthAndClose();
-    EXPECT_EQ((std::vector<LONG>{CPSUICB_ACTION_NO_APPLY_EXIT, CPSUICB_ACTION_ITEMS_APPLIED}), Answers());
-    EXPECT_EQ(1, std::ranges::count(WriteTrace::Take(), L"form: User Defined=228.600x266.700"));
-}
-
-TEST_F(CommitWithoutApply, ARefusedFormLetsItCloseAtOnce) {
-    standins::spooler::FailCall(L"SetFormW", ERROR_ACCESS_DENIED);
-    TypeWidthAndClose();
-    standins::spooler::ClearFailures();
-    EXPECT_EQ(std::vector<LONG>{CPSUICB_ACTION_ITEMS_APPLIED}, Answers());
-}
-
-TEST_F(Commit, OtherReasonsAreNotItsBusiness) {
+TEST_F(Commit, HasNoBusinessWithOtherReasons) {
+    CommitSheet host;
     host.session.PresentItems();
     WriteTrace::Take();
-    for (WORD reason = 0; reason < 64; ++reason) {
-        if (reason == CPSUICB_REASON_APPLYNOW || reason == CPSUICB_REASON_SETACTIVE)
-            continue;
-        EXPECT_EQ(CPSUICB_ACTION_NONE, host.session.TellCallback(reason, GetDesktopWindow())) << reason;
+    for (WORD reason = CPSUICB_REASON_APPLYNOW + 1; reason % 64 != CPSUICB_REASON_APPLYNOW; ++reason) {
+        const HWND page = reason == CPSUICB_REASON_SETACTIVE ? nullptr : GetDesktopWindow();
+        EXPECT_EQ(CPSUICB_ACTION_NONE, host.session.TellCallback(reason % 64, page)) << reason % 64;
     }
-    EXPECT_EQ(CPSUICB_ACTION_NONE, host.session.TellCallback(CPSUICB_REASON_SETACTIVE, nullptr))
-        << "nothing to embed into";
-    const OEMCUIPCALLBACK callback = host.session.UIParam().OEMCUIPCallback;
-    EXPECT_EQ(CPSUICB_ACTION_NONE, callback(nullptr, &host.session.UIParam()));
+    OEMCUIPPARAM& param = host.session.UIParam();
+    EXPECT_EQ(CPSUICB_ACTION_NONE, param.OEMCUIPCallback(nullptr, &param));
     CPSUICBPARAM apply = {};
     apply.Reason = CPSUICB_REASON_APPLYNOW;
-    EXPECT_EQ(CPSUICB_ACTION_NONE, callback(&apply, nullptr));
+    EXPECT_EQ(CPSUICB_ACTION_NONE, param.OEMCUIPCallback(&apply, nullptr));
     EXPECT_EQ(Lines{}, WriteTrace::Take());
-    OPTITEM behind = {};
-    host.session.UIParam().pOEMOptItems = &behind;
-    host.session.UIParam().cOEMOptItems = 0;
+    param.cOEMOptItems = 0;
     host.session.TellCallback(CPSUICB_REASON_APPLYNOW, nullptr);
     EXPECT_EQ(std::wstring::npos, WriteTrace::Take().at(0).find(L"printer:")) << "no item of its own";
 }
 
-TEST_F(Commit, ASheetIsPrimedOnceAndSoIsTheNext) {
+TEST_F(Commit, IsPrimedOnceInEachSheet) {
+    CommitSheet host;
     for (int sheetNumber = 1; sheetNumber <= 2; ++sheetNumber) {
         SCOPED_TRACE(sheetNumber);
         g_tabPresses = 0;
         driverhost::HostSheet sheet(host.session);
         driverhost::SheetRun run(sheet);
-        const auto dialog = [&sheet] {
-            return FindWindowExW(sheet.PageWindow(0), nullptr, L"#32770", nullptr);
-        };
         HWND first = nullptr;
+        const auto nextDialog = [&sheet](HWND behind) {
+            return FindWindowExW(sheet.PageWindow(0), behind, L"#32770", nullptr);
+        };
         run.Add([&](SheetUser& user) {
             // Each of the three pages finds a sheet that is not primed yet.
             EXPECT_EQ(9, g_tabPresses);
-            first = dialog();
+            first = nextDialog(nullptr);
             EXPECT_NE(nullptr, first);
             user.ClickTab(0);
         });
         run.Add([](SheetUser& user) { user.ClickTab(2); });
         run.Add([](SheetUser& user) { user.ClickTab(0); });
-        run.Add([&](SheetUser& user) {
+        run.Add([&](SheetUser&) {
             EXPECT_EQ(9, g_tabPresses);
-            EXPECT_EQ(first, dialog());
-            EXPECT_EQ(nullptr, FindWindowExW(user.Sheet().PageWindow(0), first, L"#32770", nullptr));
+            EXPECT_EQ(first, nextDialog(nullptr));
+            EXPECT_EQ(nullptr, nextDialog(first));
         });
         run.Show();
     }

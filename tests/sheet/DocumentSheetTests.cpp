@@ -1,15 +1,12 @@
 // DocumentPropertySheets: what the plug-in asks of the sheet function, and what it answers to each reason.
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "resources/resource.h"
 #include "tests/support/ScratchRegistry.h"
 #include "tools/driverhost/PlugIn.h"
 
+namespace kzp::test {
 namespace {
-
-using namespace driverhost;
 
 // A sheet function that writes down what it is asked for; handles are 101, 102, ...
 std::string g_asked;
@@ -29,66 +26,52 @@ LONG_PTR CALLBACK Recorder(HANDLE sheet, UINT function, LPARAM first, LPARAM) {
     return ++g_lastHandle;
 }
 
-class DocumentSheetTest : public testing::Test {
-  protected:
-    DocumentSheetTest() {
-        g_asked.clear();
-        g_lastHandle = 100;
-        info.cbSize = sizeof info;
-        info.Version = PROPSHEETUI_INFO_VERSION;
-        info.hComPropSheet = reinterpret_cast<HANDLE>(77);
-        info.pfnComPropSheet = Recorder;
-    }
-
-    HRESULT Tell(WORD reason, LPARAM lParam = 0) {
-        info.Reason = reason;
-        info.Result = 0xABCD;
-        SetLastError(0);
-        return object->DocumentPropertySheets(&info, lParam);
-    }
-
-    kzp::test::ScratchRegistry registry;
-    PlugIn plugIn{BesideProgram(L"KZPWriterUI.dll")};
-    ComRef<IPrintOemUI2> object = plugIn.CreateObject();
+TEST(DocumentSheet, GetsTheTwoPagesAndAnAnswerToEachReason) {
+    PROPSHEETUI_INFO_HEADER header = {};
+    SETRESULT_INFO result = {sizeof result, 0, nullptr, 2};
+    constexpr DWORD kUntouched = 0xABCD;
+    const struct {
+        WORD version, reason;
+        void* parameter;
+        HRESULT answer;
+        DWORD result;
+    } cases[] = {
+        {0x0000, PROPSHEETUI_REASON_INIT, nullptr, E_FAIL, kUntouched},
+        {0x00FF, PROPSHEETUI_REASON_INIT, nullptr, E_FAIL, kUntouched},
+        {0x0101, PROPSHEETUI_REASON_INIT, nullptr, E_FAIL, kUntouched},
+        {0x0200, PROPSHEETUI_REASON_INIT, nullptr, E_FAIL, kUntouched},
+        {PROPSHEETUI_INFO_VERSION, PROPSHEETUI_REASON_GET_INFO_HEADER, &header, S_OK, 1},
+        {PROPSHEETUI_INFO_VERSION, PROPSHEETUI_REASON_SET_RESULT, &result, S_OK, 2},
+        {PROPSHEETUI_INFO_VERSION, PROPSHEETUI_REASON_DESTROY, nullptr, S_OK, 1},
+        {PROPSHEETUI_INFO_VERSION, PROPSHEETUI_REASON_GET_ICON, nullptr, S_OK, 0},
+        {PROPSHEETUI_INFO_VERSION, PROPSHEETUI_REASON_INIT, nullptr, S_OK, 42},
+    };
+    const ScratchRegistry registry;
+    const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+    const auto object = plugIn.CreateObject();
     PROPSHEETUI_INFO info = {};
-};
-
-TEST_F(DocumentSheetTest, AddsTheSettingsPageAsStartPageThenTheOutputPage) {
-    EXPECT_EQ(Tell(PROPSHEETUI_REASON_INIT), S_OK);
-    EXPECT_EQ(info.Result, 42u);
+    info.cbSize = sizeof info;
+    info.hComPropSheet = reinterpret_cast<HANDLE>(77);
+    info.pfnComPropSheet = Recorder;
+    for (const auto& expected : cases) {
+        SCOPED_TRACE(&expected - cases);
+        EXPECT_EQ(g_asked, "");
+        info.Version = expected.version;
+        info.Reason = expected.reason;
+        info.Result = kUntouched;
+        SetLastError(0);
+        EXPECT_EQ(object->DocumentPropertySheets(&info, reinterpret_cast<LPARAM>(expected.parameter)),
+                  expected.answer);
+        EXPECT_EQ(info.Result, expected.result);
+        EXPECT_EQ(GetLastError() == ERROR_INVALID_PARAMETER, FAILED(expected.answer));
+    }
     EXPECT_EQ(g_asked, "page " + std::to_string(IDD_DOCUMENT_SETTINGS) + ", start with 101, page " +
                            std::to_string(IDD_OUTPUT_LOCATION) + ", ");
-}
-
-TEST_F(DocumentSheetTest, AnswersTheOtherReasons) {
-    PROPSHEETUI_INFO_HEADER header = {};
-    header.cbSize = sizeof header;
-    EXPECT_EQ(Tell(PROPSHEETUI_REASON_GET_INFO_HEADER, reinterpret_cast<LPARAM>(&header)), S_OK);
-    EXPECT_EQ(info.Result, 1u);
     EXPECT_STREQ(header.pTitle, L"KZPWRITER UI Page");
-
-    SETRESULT_INFO result = {sizeof result, 0, nullptr, 2};
-    EXPECT_EQ(Tell(PROPSHEETUI_REASON_SET_RESULT, reinterpret_cast<LPARAM>(&result)), S_OK);
-    EXPECT_EQ(info.Result, 2u);
-
-    EXPECT_EQ(Tell(PROPSHEETUI_REASON_DESTROY), S_OK);
-    EXPECT_EQ(info.Result, 1u);
-    EXPECT_EQ(Tell(PROPSHEETUI_REASON_GET_ICON), S_OK);
-    EXPECT_EQ(info.Result, 0u);
-    EXPECT_TRUE(g_asked.empty());
-}
-
-TEST_F(DocumentSheetTest, RefusesAMissingInfoAndEveryOtherVersion) {
     SetLastError(0);
     EXPECT_EQ(object->DocumentPropertySheets(nullptr, 0), E_FAIL);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
-    for (const WORD version : std::initializer_list<WORD>{0, 0x00FF, 0x0101, 0x0200}) {
-        info.Version = version;
-        EXPECT_EQ(Tell(PROPSHEETUI_REASON_INIT), E_FAIL) << version;
-        EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
-        EXPECT_EQ(info.Result, 0xABCDu) << "a refused block is left alone";
-    }
-    EXPECT_TRUE(g_asked.empty());
 }
 
 }  // namespace
+}  // namespace kzp::test

@@ -1,24 +1,39 @@
 // What the plug-in's object takes from the printer's default device mode, and when it keeps what it has.
+#include <gtest/gtest.h>
+
 #include <cstring>
+#include <vector>
 
 #include "settings/CKZPWriterSettings.h"
 #include "tests/support/ImportPatch.h"
-#include "tests/support/SheetTest.h"
+#include "tools/driverhost/PlugIn.h"
 
 namespace kzp::test {
 namespace {
 
-namespace spooler = standins::spooler;
-
-DEVMODEW FineLandscape() {
+// A spooler that needs an odd number of bytes and puts the device mode at an odd address at their very end.
+constexpr DWORD kNeeded = sizeof(PRINTER_INFO_2W) + sizeof(DEVMODEW) + 1;
+struct {
     DEVMODEW mode = {};
-    mode.dmSize = sizeof mode;
-    mode.dmSpecVersion = DM_SPECVERSION;
-    mode.dmPrintQuality = 600;
-    mode.dmOrientation = DMORIENT_LANDSCAPE;
-    mode.dmPaperSize = DMPAPER_A4;
-    mode.dmColor = DMCOLOR_COLOR;
-    return mode;
+    bool hasMode = true;
+    size_t answers = 2;  // calls that do not fail
+    std::vector<DWORD> offered;
+} g_printer;
+
+WINBOOL WINAPI OddGetPrinter(HANDLE, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed) {
+    EXPECT_EQ(2u, level);
+    g_printer.offered.push_back(bytes);
+    if (g_printer.offered.size() > g_printer.answers)
+        return FALSE;
+    *needed = kNeeded;
+    if (bytes < kNeeded)
+        return FALSE;
+    PRINTER_INFO_2W info = {};
+    if (g_printer.hasMode)
+        info.pDevMode = reinterpret_cast<PDEVMODEW>(buffer + kNeeded - sizeof g_printer.mode);
+    std::memcpy(buffer, &info, sizeof info);
+    std::memcpy(buffer + kNeeded - sizeof g_printer.mode, &g_printer.mode, sizeof g_printer.mode);
+    return TRUE;
 }
 
 // Negative qualities are independent of the device, and taken as very fine.
@@ -30,98 +45,50 @@ TEST(QualityIndex, IsTheLargestListedResolutionNotAboveTheDpi) {
         EXPECT_EQ(index, QualityIndexFromDpi(static_cast<WORD>(dpi))) << dpi;
 }
 
-class PrinterSettings : public SheetTest {
-  protected:
-    void SetUpPrinterWith(const DEVMODEW* mode) {
-        printer.Reset();
-        spooler::SetUpPrinter({.name = driverhost::kDefaultPrinter, .deviceMode = mode});
-        EXPECT_TRUE(OpenPrinterW(const_cast<PWSTR>(driverhost::kDefaultPrinter), printer.Put(), nullptr));
-    }
-    void ExpectFineLandscape() {
-        EXPECT_EQ(3u, settings.QualityIndex());
-        EXPECT_FALSE(settings.Portrait());
-        EXPECT_EQ(DMPAPER_A4, settings.PaperSize());
-        EXPECT_EQ(DMCOLOR_COLOR, settings.Color());
-    }
-
-    UniquePrinter printer;
-    CKZPWriterSettings settings;
-};
-
-TEST_F(PrinterSettings, MirrorTheDeviceModeAndOutliveItsLoss) {
-    settings.LoadFromPrinter(nullptr);
-    EXPECT_EQ(2u, settings.QualityIndex()) << "as it starts";
-    EXPECT_EQ(280, settings.PaperSize());
-    DEVMODEW mode = FineLandscape();
-    SetUpPrinterWith(&mode);
-    settings.LoadFromPrinter(printer.Get());
-    EXPECT_EQ(printer.Get(), settings.Printer());
-    ExpectFineLandscape();
-
-    mode.dmOrientation = DMORIENT_PORTRAIT;
-    mode.dmPrintQuality = DMRES_HIGH;
-    mode.dmColor = -1;
-    SetUpPrinterWith(&mode);
-    settings.LoadFromPrinter(printer.Get());
-    EXPECT_TRUE(settings.Portrait());
-    EXPECT_EQ(4u, settings.QualityIndex());
-    EXPECT_EQ(-1, settings.Color()) << "with its sign";
-
-    mode = FineLandscape();
-    SetUpPrinterWith(&mode);
-    settings.LoadFromPrinter(printer.Get());
-    for (const DWORD passing : {0u, 1u}) {
-        SCOPED_TRACE(passing);
-        spooler::FailCall(L"GetPrinterW", ERROR_ACCESS_DENIED, passing);
-        settings.LoadFromPrinter(printer.Get());
-        ExpectFineLandscape();
-    }
-    spooler::ClearFailures();
-    SetUpPrinterWith(nullptr);
-    settings.LoadFromPrinter(printer.Get());
-    ExpectFineLandscape();
-    settings.LoadFromPrinter(nullptr);
-    ExpectFineLandscape();
-    EXPECT_EQ(nullptr, settings.Printer()) << "the handle is taken in any case";
-}
-
-// A spooler that needs an odd number of bytes and puts the device mode at an odd address at their very end.
-std::vector<DWORD> g_offered;
-
-WINBOOL WINAPI OddGetPrinter(HANDLE, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed) {
-    constexpr DWORD kNeeded = sizeof(PRINTER_INFO_2W) + sizeof(DEVMODEW) + 1;
-    EXPECT_EQ(2u, level);
-    g_offered.push_back(bytes);
-    *needed = kNeeded;
-    if (bytes < kNeeded) {
-        SetLastError(ERROR_INSUFFICIENT_BUFFER);
-        return FALSE;
-    }
-    const DEVMODEW mode = FineLandscape();
-    BYTE* const place = buffer + kNeeded - sizeof mode;
-    std::memcpy(place, &mode, sizeof mode);
-    PRINTER_INFO_2W info = {};
-    info.pDevMode = reinterpret_cast<PDEVMODEW>(place);
-    std::memcpy(buffer, &info, sizeof info);
-    return TRUE;
-}
-
-TEST_F(PrinterSettings, AskForExactlyTheBytesThatAreNeeded) {
-    const std::vector<DWORD> expected = {0, sizeof(PRINTER_INFO_2W) + sizeof(DEVMODEW) + 1};
+TEST(PrinterSettings, MirrorTheDeviceModeAndOutliveItsLoss) {
     const ImportPatch patch(GetModuleHandleW(nullptr), "GetPrinterW", AddressOf(&OddGetPrinter));
-    g_offered.clear();
-    settings.LoadFromPrinter(reinterpret_cast<HANDLE>(0x1234));
-    EXPECT_EQ(expected, g_offered);
-    ExpectFineLandscape();
+    const HANDLE printer = reinterpret_cast<HANDLE>(0x1234);
+    const struct {
+        HANDLE printer;
+        short quality, orientation, paper, color;
+        bool hasMode;
+        size_t answers;
+        DWORD index;
+        bool portrait;
+        short paperSize, colorMode;
+    } cases[] = {
+        {nullptr, 600, 1, 9, 2, true, 2, 2, false, 280, 0},  // as they start
+        {printer, 600, 2, 9, 2, true, 2, 3, false, 9, 2},
+        {printer, DMRES_HIGH, 1, 5, -1, true, 2, 4, true, 5, -1},  // the colour with its sign
+        {printer, 300, 2, 8, 1, true, 0, 4, true, 5, -1},
+        {printer, 300, 2, 8, 1, true, 1, 4, true, 5, -1},
+        {printer, 300, 2, 8, 1, false, 2, 4, true, 5, -1},
+        {nullptr, 300, 2, 8, 1, true, 2, 4, true, 5, -1},
+    };
+    CKZPWriterSettings settings;
+    for (const auto& expected : cases) {
+        SCOPED_TRACE(&expected - cases);
+        g_printer = {.hasMode = expected.hasMode, .answers = expected.answers, .offered = {}};
+        g_printer.mode.dmPrintQuality = expected.quality;
+        g_printer.mode.dmOrientation = expected.orientation;
+        g_printer.mode.dmPaperSize = expected.paper;
+        g_printer.mode.dmColor = expected.color;
+        settings.LoadFromPrinter(expected.printer);
+        EXPECT_EQ(expected.printer, settings.Printer()) << "the handle is taken in any case";
+        EXPECT_EQ(expected.index, settings.QualityIndex());
+        EXPECT_EQ(expected.portrait, settings.Portrait());
+        EXPECT_EQ(expected.paperSize, settings.PaperSize());
+        EXPECT_EQ(expected.colorMode, settings.Color());
+    }
 
     const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
     const auto object = plugIn.CreateObject();
     const ImportPatch delivered(plugIn.Module(), "GetPrinterW", AddressOf(&OddGetPrinter));
     OEMCUIPPARAM param = {};
-    param.hPrinter = reinterpret_cast<HANDLE>(0x1234);
-    g_offered.clear();
+    param.hPrinter = printer;
+    g_printer = {};
     EXPECT_EQ(S_OK, object->CommonUIProp(OEMCUIP_DOCPROP, &param));
-    EXPECT_EQ(expected, g_offered) << "and so does the object, with each sheet's printer";
+    EXPECT_EQ((std::vector<DWORD>{0, kNeeded}), g_printer.offered) << "exactly the bytes that are needed";
 }
 
 }  // namespace

@@ -1,6 +1,4 @@
 // CommonUIProp: which of the driver's items are hidden, which one gets help, and what is registered.
-#include <vector>
-
 #include "resources/resource.h"
 #include "settings/PropertySheetHost.h"
 #include "settings/SheetState.h"
@@ -16,35 +14,16 @@ namespace spooler = standins::spooler;
 
 class TreeTest : public SheetTest {
   protected:
-    TreeTest() {
-        EXPECT_TRUE(OpenPrinterW(printerName.data(), &param.hPrinter, nullptr));
-        param.cbSize = sizeof param;
-        param.pPrinterName = printerName.data();
-        param.hOEMHeap = heap;
-    }
-    ~TreeTest() override {
-        ClosePrinter(param.hPrinter);
-        HeapDestroy(heap);
-    }
-
     HRESULT Present(std::vector<OPTITEM>& items, DWORD mode = OEMCUIP_DOCPROP) {
         param.pDrvOptItems = items.data();
         param.cDrvOptItems = static_cast<DWORD>(items.size());
-        return object->CommonUIProp(mode, &param);
-    }
-    static OPTITEM Named(PCWSTR name, BYTE level = 2) {
-        OPTITEM item = {};
-        item.Level = level;
-        item.pName = const_cast<PWSTR>(name);
-        return item;
+        return session.Object()->CommonUIProp(mode, &param);
     }
 
     driverhost::PlugIn plugIn{driverhost::BesideProgram(L"KZPWriterUI.dll")};
-    driverhost::ComRef<IPrintOemUI2> object = plugIn.CreateObject();
-    std::wstring helpItem = plugIn.ResourceText(IDS_HELP_ITEM_NAME);
-    std::wstring printerName = driverhost::kDefaultPrinter;
-    HANDLE heap = HeapCreate(0, 0, 0);
-    OEMCUIPPARAM param = {};
+    driverhost::DocumentSession session{plugIn, {}};
+    OEMCUIPPARAM& param = session.UIParam();
+    const std::wstring helpItem = plugIn.ResourceText(IDS_HELP_ITEM_NAME);
 };
 
 TEST_F(TreeTest, HidesWhatItsPagesReplaceInDocumentModeAlone) {
@@ -70,68 +49,70 @@ TEST_F(TreeTest, HidesWhatItsPagesReplaceInDocumentModeAlone) {
         {DMPUB_USER, TVOT_2STATES, 0},
     };
     OPTTYPE types[std::size(cases)] = {};
-    std::vector<OPTITEM> items;
-    for (size_t index = 0; index < std::size(cases); ++index) {
+    std::vector<OPTITEM> items(std::size(cases));
+    for (size_t index = 0; index < items.size(); ++index) {
         types[index].Type = static_cast<BYTE>(cases[index].type);
-        OPTITEM item = Named(nullptr, 1);
-        item.DMPubID = cases[index].dmPub;
-        item.pOptType = cases[index].type == kNoType ? nullptr : &types[index];
-        item.Flags = OPTIF_CHANGED;
-        items.push_back(item);
+        items[index].Level = 1;
+        items[index].DMPubID = cases[index].dmPub;
+        items[index].pOptType = cases[index].type == kNoType ? nullptr : &types[index];
+        items[index].Flags = OPTIF_CHANGED;
     }
     for (const DWORD mode : {OEMCUIP_PRNPROP, OEMCUIP_DOCPROP}) {
+        SCOPED_TRACE(mode);
+        const bool document = mode == OEMCUIP_DOCPROP;
         spooler::RemoveForm(kCustomFormName);
         EXPECT_EQ(S_OK, Present(items, mode));
-        EXPECT_TRUE(ReadFormSize(param.hPrinter, kCustomFormName)) << "its own form is there, mode " << mode;
+        EXPECT_TRUE(ReadFormSize(param.hPrinter, kCustomFormName)) << "its own form is there";
         for (size_t index = 0; index < items.size(); ++index)
-            EXPECT_EQ(OPTIF_CHANGED | (mode == OEMCUIP_DOCPROP ? cases[index].added : 0), items[index].Flags)
-                << "mode " << mode << ", DMPUB " << int{cases[index].dmPub} << ", type " << cases[index].type;
-        EXPECT_EQ(mode == OEMCUIP_DOCPROP, param.OEMCUIPCallback != nullptr);
+            EXPECT_EQ(OPTIF_CHANGED | (document ? cases[index].added : 0), items[index].Flags) << index;
     }
 }
 
-TEST_F(TreeTest, GivesHelpToTheOneItemOutOfTheDriversHeap) {
+TEST_F(TreeTest, GivesHelpToTheOneItemWhereThereAreHeapAndTexts) {
     const std::wstring longer = helpItem + L"s";
     std::wstring otherCase = helpItem;
     CharUpperW(otherCase.data());
     ASSERT_NE(helpItem, otherCase);
-    std::vector<OPTITEM> items = {
-        Named(helpItem.c_str()), Named(helpItem.c_str(), 1), Named(helpItem.c_str(), 3),
-        Named(longer.c_str()),   Named(otherCase.c_str()),   Named(MAKEINTRESOURCEW(IDS_HELP_ITEM_NAME)),
-        Named(nullptr)};
+    const std::pair<PCWSTR, BYTE> names[] = {{helpItem.c_str(), BYTE{2}},
+                                             {helpItem.c_str(), BYTE{1}},
+                                             {helpItem.c_str(), BYTE{3}},
+                                             {longer.c_str(), BYTE{2}},
+                                             {otherCase.c_str(), BYTE{2}},
+                                             {nullptr, BYTE{2}},
+                                             {MAKEINTRESOURCEW(IDS_HELP_ITEM_NAME), BYTE{2}}};
+    std::vector<OPTITEM> items;
+    for (const auto& [name, level] : names) {
+        items.emplace_back().pName = const_cast<PWSTR>(name);
+        items.back().Level = level;
+    }
+    items[0].DMPubID = DMPUB_NUP;
+    const HANDLE heap = std::exchange(param.hOEMHeap, nullptr);
+    const auto expectHelped = [&](size_t helped) {
+        for (size_t index = 0; index < items.size(); ++index) {
+            const DWORD hidden = index == 0 ? 0x82 : 0;
+            EXPECT_EQ(hidden | (index < helped ? OPTIF_HAS_POIEXT : 0), items[index].Flags) << index;
+            EXPECT_EQ(index < helped, items[index].pOIExt != nullptr) << index;
+        }
+        EXPECT_EQ(2 * helped, CountHeapBlocks(heap))
+            << "extension and path; the name that was compared is freed";
+    };
     EXPECT_EQ(S_OK, Present(items));
-    EXPECT_EQ(DWORD{OPTIF_HAS_POIEXT}, items[0].Flags);
+    expectHelped(0);
+    param.hOEMHeap = heap;
+    {
+        const TemporaryFolder alone;
+        const driverhost::PlugIn lonely(alone.Take(L"KZPWriterUI.dll"));
+        EXPECT_EQ(S_OK, lonely.CreateObject()->CommonUIProp(OEMCUIP_DOCPROP, &param));
+        expectHelped(0);
+    }
+    EXPECT_EQ(S_OK, Present(items));
+    expectHelped(1);
     EXPECT_EQ(15001u, items[0].HelpIndex);
-    ASSERT_NE(nullptr, items[0].pOIExt);
     EXPECT_EQ(sizeof(OIEXT), items[0].pOIExt->cbSize);
     EXPECT_EQ(sizeof(OIEXT), HeapSize(heap, 0, items[0].pOIExt));
     const std::wstring file = items[0].pOIExt->pHelpFile;
-    EXPECT_EQ((file.size() + 1) * sizeof(wchar_t), HeapSize(heap, 0, items[0].pOIExt->pHelpFile));
     EXPECT_NE(std::wstring::npos, file.find(L"\\spool\\drivers\\x64\\3\\")) << "the driver's directory";
     EXPECT_EQ(plugIn.ResourceText(IDS_ITEM_HELP_FILE), file.substr(file.rfind(L'\\') + 1));
-    for (size_t other = 1; other < items.size(); ++other) {
-        EXPECT_EQ(0u, items[other].Flags) << other;
-        EXPECT_EQ(nullptr, items[other].pOIExt) << other;
-    }
-    EXPECT_TRUE(HeapValidate(heap, 0, nullptr));
-    EXPECT_EQ(2u, CountHeapBlocks(heap)) << "extension and path; the name that was compared is given back";
-}
-
-TEST_F(TreeTest, WithoutAHeapOrTextsNoItemGetsHelp) {
-    std::vector<OPTITEM> items = {Named(helpItem.c_str())};
-    items[0].DMPubID = DMPUB_NUP;
-    param.hOEMHeap = nullptr;
-    EXPECT_EQ(S_OK, Present(items));
-    EXPECT_EQ(0x82u, items[0].Flags) << "hiding needs no heap";
-
-    const TemporaryFolder alone;
-    const driverhost::PlugIn lonely(alone.Take(L"KZPWriterUI.dll"));
-    object = lonely.CreateObject();
-    param.hOEMHeap = heap;
-    EXPECT_EQ(S_OK, Present(items));
-    EXPECT_EQ(0x82u, items[0].Flags);
-    EXPECT_EQ(0u, CountHeapBlocks(heap));
-    object = {};
 }
 
 TEST_F(TreeTest, LivesWithEmptyArrays) {
@@ -147,7 +128,7 @@ TEST_F(TreeTest, LivesWithEmptyArrays) {
             param.pDrvOptItems = nullptr;
             param.cDrvOptItems = 7;  // of an array that is missing
             param.OEMCUIPCallback = nullptr;
-            EXPECT_EQ(S_OK, object->CommonUIProp(mode, &param));
+            EXPECT_EQ(S_OK, session.Object()->CommonUIProp(mode, &param));
             EXPECT_EQ(answered, param.cOEMOptItems);
             EXPECT_EQ(mode == OEMCUIP_DOCPROP, param.OEMCUIPCallback != nullptr);
         }
@@ -162,24 +143,22 @@ TEST_F(TreeTest, ARefusedModeTakesTheStateAndNothingElse) {
     param.cDrvOptItems = 1;
     param.cOEMOptItems = 5;
     spooler::StartLog();
-    for (const DWORD mode : {DWORD{0}, DWORD{3}, ~DWORD{0}}) {
+    const auto refuses = [](const std::function<HRESULT()>& call) {
         SetLastError(0);
-        EXPECT_EQ(E_FAIL, CommonUIProp(mode, &param, nullptr));
-        EXPECT_EQ(DWORD{ERROR_INVALID_PARAMETER}, GetLastError());
+        return call() == E_FAIL && GetLastError() == ERROR_INVALID_PARAMETER;
+    };
+    for (const DWORD mode : {DWORD{0}, DWORD{3}, ~DWORD{0}}) {
+        EXPECT_TRUE(refuses([&] { return CommonUIProp(mode, &param, nullptr); }));
         const SheetUse sheet = SheetOfBlock(&param);
         EXPECT_EQ(&param, sheet.Get()->CurrentUIParam);
-        EXPECT_EQ(printerName, sheet.Get()->CurrentPrinterName);
+        EXPECT_EQ(driverhost::kDefaultPrinter, sheet.Get()->CurrentPrinterName);
+        EXPECT_TRUE(refuses([&] { return session.Object()->CommonUIProp(mode, &param); }));
         EXPECT_EQ(0u, item.Flags);
         EXPECT_EQ(5u, param.cOEMOptItems);
         EXPECT_EQ(nullptr, param.OEMCUIPCallback);
-        SetLastError(0);
-        EXPECT_EQ(E_FAIL, object->CommonUIProp(mode, &param)) << "and so does the delivered one";
-        EXPECT_EQ(DWORD{ERROR_INVALID_PARAMETER}, GetLastError());
     }
     EXPECT_TRUE(spooler::ReadLog().empty()) << "no form is added";
-    SetLastError(0);
-    EXPECT_EQ(E_FAIL, object->CommonUIProp(OEMCUIP_DOCPROP, nullptr));
-    EXPECT_EQ(DWORD{ERROR_INVALID_PARAMETER}, GetLastError());
+    EXPECT_TRUE(refuses([&] { return session.Object()->CommonUIProp(OEMCUIP_DOCPROP, nullptr); }));
 }
 
 }  // namespace

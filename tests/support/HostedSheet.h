@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "core/KZPPrivateDevMode.h"
+#include "resources/resource.h"
 #include "tools/driverhost/SheetRun.h"
 
 namespace kzp::test {
@@ -20,6 +21,25 @@ struct HostedSheet {
                          const std::wstring& dll = driverhost::BesideProgram(L"KZPWriterUI.dll"))
         : plugIn(dll), session(plugIn, std::move(options)), sheet(session, shape), run(sheet) {}
 };
+
+inline constexpr wchar_t kCustom[] = L"User-defined size";  // as the list of papers calls it
+
+// One thing that the user does.
+struct Use {
+    int control;
+    const wchar_t* text = nullptr;  // into an edit, or the entry of a list; else a click
+};
+
+inline void Do(driverhost::SheetUser& user, const std::vector<Use>& uses) {
+    for (const auto& [control, text] : uses) {
+        if (control == IDC_PAPER || control == IDC_QUALITY || control == IDC_COLOR)
+            user.Select(control, text);
+        else if (text)
+            user.SetText(control, text);
+        else
+            user.Click(control);
+    }
+}
 
 // The margins in the plug-in's private record, which lies at any address: left, top, right, bottom, in
 // millimetres.
