@@ -33,7 +33,7 @@ TEST_F(DriverFeatures, AreListedInTheDriversOrder) {
     tree.Add({"Resolution", L"Second", 0, TVOT_LISTBOX, {L"second", L"third"}, 0});
     tree.Add({"ColorMode", L"Color", 0, TVOT_LISTBOX, colors, 0});
     tree.Add({"Orientation", L"Orientation", 0, TVOT_2STATES, {L"Portrait", L"Landscape"}, 1});
-    tree.DropUserData("Res");
+    tree.Find("Res")->UserData = 0;
     const std::pair<int, int> lists[] = {{IDC_PAPER, 0}, {IDC_QUALITY, 3}, {IDC_COLOR, 5}};
     for (const auto& [list, item] : lists)
         tree.Items()[item].pOptType->pOptParam[1].pData =
@@ -186,9 +186,9 @@ TEST_F(DriverFeatures, MayBeMissingFromTheEnd) {
 // the same. The user edits what there is, applies, and closes with OK.
 TEST_F(DriverFeatures, AndAllElseMayLackParts) {
     const std::function<void(const char*)> parts[] = {
-        [this](const char* keyword) { tree.DropOptions(keyword); },
-        [this](const char* keyword) { tree.DropType(keyword); },
-        [this](const char* keyword) { tree.DropUserData(keyword); },
+        [this](const char* keyword) { *tree.Find(keyword)->pOptType = {}; },
+        [this](const char* keyword) { tree.Find(keyword)->pOptType = nullptr; },
+        [this](const char* keyword) { tree.Find(keyword)->UserData = 0; },
         [this](const char* keyword) { tree.Remove(keyword); },
         [this](const char* keyword) { tree.Find(keyword)->Sel = 1000; },
         [this](const char* keyword) { tree.Find(keyword)->Sel = -1; },
