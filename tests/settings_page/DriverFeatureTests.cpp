@@ -158,14 +158,10 @@ void UseEverything(SheetUser& user) {
             user.SelectIndex(list, 0);
         SendMessageW(user.Sheet().PageWindow(kSettingsTab), WM_COMMAND, MAKEWPARAM(list, CBN_SELCHANGE), 0);
     }
-    Do(user, {{IDC_MILLIMETERS},
-              {IDC_INCHES},
-              {IDC_LANDSCAPE},
-              {IDC_PORTRAIT},
-              {IDC_DISPLAY_IN_VIEWER},
-              {IDC_OUTPUT_KZPX},
-              {IDC_OUTPUT_KZP},
-              {IDC_LEFT, L"1"}});
+    for (const int button : {IDC_MILLIMETERS, IDC_INCHES, IDC_LANDSCAPE, IDC_PORTRAIT, IDC_DISPLAY_IN_VIEWER,
+                             IDC_OUTPUT_KZPX, IDC_OUTPUT_KZP})
+        user.Click(button);
+    user.Type(IDC_LEFT, L"1");
     user.Spin(IDC_LEFT_SPIN, true);
     EXPECT_EQ(user.Text(IDC_LEFT), L"1.05");
 }
