@@ -110,7 +110,7 @@ TEST_F(Together, TwoSheetsOfOneThreadCommitTheirOwnInAnyOrder) {
 }
 
 TEST_F(Together, SheetsOfSeveralThreadsCommitTheirOwn) {
-    constexpr int kRounds = 15;
+    constexpr int kRounds = 10;
     // When two threads ask for a font's text cache first, Wine frees one that is still in its list; while an
     // edit of this sheet holds the cache, nobody asks first.
     const auto holder = Open();
