@@ -72,7 +72,7 @@ TEST_F(OutputPage, AsksForTheFileNameUnlessTheSettingSaysNo) {
     }
     Show({[](SheetUser& user) {
         DisableApply(user);
-        user.Check(IDC_PROMPT_FILE_NAME, false);
+        user.Click(IDC_PROMPT_FILE_NAME);
         EXPECT_TRUE(user.ApplyEnabled());
         EXPECT_EQ(L"YES", Stored(L"PROMPTFILENAME"));
         user.Ok();

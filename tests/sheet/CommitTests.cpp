@@ -28,15 +28,6 @@ struct CommitSheet : HostedSheet {
     }
     ~CommitSheet() { EXPECT_EQ(0, g_keysDown) << "no key stays down"; }
 
-    std::vector<LONG> Answers() const {
-        std::vector<LONG> answers;
-        for (const auto& call : sheet.Callbacks()) {
-            if (call.reason == CPSUICB_REASON_APPLYNOW)
-                answers.push_back(call.answer);
-        }
-        return answers;
-    }
-
     WriteTrace trace{plugIn.Module()};
     ImportPatch keys{plugIn.Module(), "keybd_event", AddressOf(&CountKey)};
 };
@@ -109,13 +100,13 @@ TEST_F(Commit, WritesInItsOrder) {
             lines.insert(lines.end(), {L"FONTLIST=0 bytes", L"OutputType=" + expected.output,
                                        L"printer: KZP Margin=12.70 0.00 0.00 0.00"});
             EXPECT_EQ(lines, WriteTrace::Take());
-            EXPECT_EQ(expected.answer, host.Answers().back());
+            EXPECT_EQ(expected.answer, host.sheet.Answers().back());
             EXPECT_EQ(expected.tab, host.sheet.CurrentPage());
             EXPECT_EQ(refused, host.run.Boxes().size()) << "the page says so once each time";
         });
     }
     host.run.Show();
-    EXPECT_EQ(std::size(cases), host.Answers().size());
+    EXPECT_EQ(std::size(cases), host.sheet.Answers().size());
     EXPECT_EQ(2, host.sheet.Refused());
 }
 
@@ -131,7 +122,7 @@ TEST_F(Commit, OfARewrittenFormClosesASheetWithoutApplyByItsOwnEnter) {
         standins::spooler::ClearFailures();
         std::vector<LONG> answers = {CPSUICB_ACTION_NO_APPLY_EXIT, CPSUICB_ACTION_ITEMS_APPLIED};
         answers.erase(answers.begin(), answers.begin() + refused);
-        EXPECT_EQ(answers, host.Answers()) << "refused " << refused;
+        EXPECT_EQ(answers, host.sheet.Answers()) << "refused " << refused;
         EXPECT_EQ(1, std::ranges::count(WriteTrace::Take(), L"form: User Defined=228.600x266.700"));
     }
 }

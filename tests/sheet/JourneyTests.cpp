@@ -3,7 +3,6 @@
 #include <xmmintrin.h>
 
 #include <clocale>
-#include <map>
 #include <optional>
 
 #include "support/Spooler.h"
@@ -17,16 +16,13 @@ namespace kzp::test {
 namespace {
 
 using driverhost::Format;
-using States = std::map<std::wstring, std::wstring>;
+using States = driverhost::State;
 
 // Everything stored, as the printer's next user would find it; the driver's items are in the device mode.
 States StoredState() {
     const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
     driverhost::DocumentSession session(plugIn, {});
-    States stored;
-    for (const driverhost::StateRow& row : driverhost::CaptureState(session))
-        stored[row.section + L": " + row.name] = row.value;
-    return stored;
+    return driverhost::CaptureState(session);
 }
 
 // Plays the script, in which "%" stands for the folder, in a sheet of its own; behind OK a document is
@@ -43,7 +39,7 @@ void Play(const std::vector<std::wstring>& lines, const std::wstring& folder) {
     const bool ok = lines.back() == L"ok";
     EXPECT_EQ(ok ? CPSUI_OK : CPSUI_CANCEL, host.run.Show());
     if (ok)
-        driverhost::PrintDocument(host.session.Object(), host.session.Printer(), L"Document");
+        driverhost::PrintDocument(host.plugIn, host.session.Printer(), L"Document");
 }
 
 States Differences(const States& before, const States& after) {

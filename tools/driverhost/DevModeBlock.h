@@ -29,9 +29,7 @@ class DevModeBlock {
                  const std::wstring& printerName, const std::vector<BYTE>& stored);
 
     PDEVMODEW Public() { return reinterpret_cast<PDEVMODEW>(m_bytes.data()); }
-    const DEVMODEW* Public() const { return reinterpret_cast<const DEVMODEW*>(m_bytes.data()); }
     BYTE* PlugInPart();
-    const BYTE* PlugInPart() const;
     DWORD PlugInBytes() const { return m_plugInBytes; }
     std::vector<BYTE> Bytes() const { return {m_bytes.begin(), m_bytes.end()}; }
     const std::vector<DevModeCall>& Calls() const { return m_calls; }
@@ -39,16 +37,16 @@ class DevModeBlock {
     // The selections kept in the driver's part go to the tree when a sheet opens, and come back on Apply; the
     // public fields follow them.
     void GiveTo(DriverTree& tree) const;
-    void TakeFrom(const DriverTree& tree);
+    void TakeFrom(DriverTree& tree);
 
   private:
     void StartDefault(const std::wstring& printerName);
-    HRESULT Call(DWORD mode, void* in, void* out);
-    void TakeStored(const std::vector<BYTE>& stored);
+    void Call(DWORD mode, void* in);
+    void TakeStored(std::vector<BYTE> stored);
 
     IPrintOemUI2* m_plugIn;
     OEMDMPARAM m_param = {};
-    DWORD m_plugInBytes = 0;
+    DWORD m_plugInBytes;
     SessionVector<BYTE> m_bytes;
     std::vector<DevModeCall> m_calls;
 };
@@ -56,6 +54,6 @@ class DevModeBlock {
 // The printer's device mode: the user's own, else the printer's. Empty when the printer has none.
 std::vector<BYTE> LoadDevMode(HANDLE printer);
 // Stores it for the user, or for the printer where the spooler keeps none for users. Answers a Win32 code.
-DWORD StoreDevMode(HANDLE printer, const DevModeBlock& block);
+DWORD StoreDevMode(HANDLE printer, std::vector<BYTE> mode);
 
 }  // namespace driverhost

@@ -1,19 +1,20 @@
 #include "tools/driverhost/DocumentSession.h"
 
+#include <cstring>
+
 #include "resources/resource.h"
+#include "support/Spooler.h"
 #include "tools/driverhost/Text.h"
 
 namespace driverhost {
 
 namespace {
 
-HANDLE OpenByName(const std::wstring& name) {
-    HANDLE printer = nullptr;
-    PRINTER_DEFAULTSW access = {nullptr, nullptr, PRINTER_ALL_ACCESS};
-    auto* const text = const_cast<PWSTR>(name.c_str());
-    if (OpenPrinterW(text, &printer, &access) || OpenPrinterW(text, &printer, nullptr))
-        return printer;
-    return nullptr;
+kzp::UniquePrinter OpenByName(const std::wstring& name) {
+    kzp::UniquePrinter printer = kzp::OpenPrinterWithAllAccess(name.c_str());
+    if (!printer)  // a user may not change its data
+        OpenPrinterW(kzp::SpoolerText(name.c_str()), printer.Put(), nullptr);
+    return printer;
 }
 
 }  // namespace
@@ -29,17 +30,16 @@ DocumentSession::DocumentSession(const PlugIn& plugIn, SessionOptions options)
                                          : DriverTree::OfPrinter()),
       m_plugInTree(options.plugInItem ? DriverTree::PlugInItems() : DriverTree()) {
     if (!m_printer && options.needsPrinter)
-        throw HostError{Format(L"cannot open the printer \"%ls\": %ls\n(--create-printer makes it)",
-                               m_printerName.c_str(), Win32Error(GetLastError()).c_str())};
+        throw LastError(L"cannot open the printer \"" + m_printerName + L"\" (--create-printer makes it)");
     if (options.firstItems)
         m_tree.KeepFirst(*options.firstItems);
     // The device mode's size is asked at an entry point of its own, for which the DLL need not stay loaded.
     const DWORD bytes = m_mode == OEMCUIP_DOCPROP ? DevModeBlock::AskSize(PlugIn(plugIn.Path())) : 0;
     m_object = plugIn.CreateObject();
-    m_signature = PlugInInfo(m_object.Get(), OEMGI_GETSIGNATURE);
-    m_version = PlugInInfo(m_object.Get(), OEMGI_GETVERSION);
+    PlugInInfo(m_object.Get(), OEMGI_GETSIGNATURE);
+    PlugInInfo(m_object.Get(), OEMGI_GETVERSION);
     m_helper.Watch(&m_shown[0].object, &m_tree, &m_plugInTree);
-    m_published = m_object->PublishDriverInterface(&m_helper);
+    m_object->PublishDriverInterface(&m_helper);
     if (m_mode == OEMCUIP_DOCPROP) {
         m_devMode = std::make_unique<DevModeBlock>(
             m_object.Get(), bytes, plugIn.Module(), m_printer.Get(), m_printerName,
@@ -47,42 +47,31 @@ DocumentSession::DocumentSession(const PlugIn& plugIn, SessionOptions options)
         m_devMode->GiveTo(m_tree);
         m_devMode->TakeFrom(m_tree);
     }
-    FillShown(plugIn);
+    FillShown(plugIn.Module());
 }
 
-void DocumentSession::FillShown(const PlugIn& plugIn) {
+void DocumentSession::FillShown(HMODULE plugIn) {
     Shown& shown = m_shown[0];
     shown.object.cbSize = sizeof shown.object;
     m_printerName.copy(shown.printerName, std::size(shown.printerName) - 1);
-
-    OEMCUIPPARAM& ui = shown.ui;
-    ui.cbSize = sizeof ui;
-    ui.poemuiobj = &shown.object;
-    ui.hPrinter = m_printer.Get();
-    ui.pPrinterName = shown.printerName;
-    ui.hModule = plugIn.Module();
-    ui.hOEMHeap = m_heap.Get();
-    ui.pPublicDM = m_devMode ? m_devMode->Public() : nullptr;
-    ui.pOEMDM = m_devMode ? m_devMode->PlugInPart() : nullptr;
-    ui.dwFlags = m_devMode ? DM_IN_PROMPT : 0;
-
-    OEMUIPSPARAM& sheet = shown.sheet;
-    sheet.cbSize = sizeof sheet;
-    sheet.poemuiobj = ui.poemuiobj;
-    sheet.hPrinter = ui.hPrinter;
-    sheet.pPrinterName = ui.pPrinterName;
-    sheet.hModule = ui.hModule;
-    sheet.hOEMHeap = ui.hOEMHeap;
-    sheet.pPublicDM = ui.pPublicDM;
-    sheet.pOEMDM = ui.pOEMDM;
-    sheet.dwFlags = ui.dwFlags;
-
-    COMPROPSHEETUI& page = shown.page;
-    page.cbSize = sizeof page;
-    page.Flags = CPSUIF_UPDATE_PERMISSION;
-    page.hInstCaller = GetModuleHandleW(nullptr);
-    page.pCallerName = shown.printerName;
-    page.UserData = reinterpret_cast<ULONG_PTR>(&shown.object);
+    shown.ui = {.cbSize = sizeof shown.ui,
+                .poemuiobj = &shown.object,
+                .hPrinter = m_printer.Get(),
+                .pPrinterName = shown.printerName,
+                .hModule = plugIn,
+                .hOEMHeap = m_heap.Get(),
+                .pPublicDM = m_devMode ? m_devMode->Public() : nullptr,
+                .pOEMDM = m_devMode ? m_devMode->PlugInPart() : nullptr,
+                .dwFlags = m_devMode ? DWORD{DM_IN_PROMPT} : 0};
+    static_assert(offsetof(OEMUIPSPARAM, pOEMDM) == offsetof(OEMCUIPPARAM, pOEMDM));  // they begin alike
+    std::memcpy(&shown.sheet, &shown.ui, offsetof(OEMUIPSPARAM, pOEMUserData));
+    shown.sheet.cbSize = sizeof shown.sheet;
+    shown.sheet.dwFlags = shown.ui.dwFlags;
+    shown.page = {.cbSize = sizeof shown.page,
+                  .Flags = CPSUIF_UPDATE_PERMISSION,
+                  .hInstCaller = GetModuleHandleW(nullptr),
+                  .pCallerName = shown.printerName,
+                  .UserData = reinterpret_cast<ULONG_PTR>(&shown.object)};
 }
 
 DocumentSession::~DocumentSession() {
@@ -91,42 +80,37 @@ DocumentSession::~DocumentSession() {
 }
 
 void DocumentSession::PresentItems() {
+    UIParam().pDrvOptItems = m_tree.Items();
+    UIParam().cDrvOptItems = m_tree.Count();
+    CallCommonUIProp(nullptr, 0);
+    CallCommonUIProp(m_plugInTree.Items(), m_plugInTree.Count());
+}
+
+void DocumentSession::CallCommonUIProp(POPTITEM plugInItems, DWORD count) {
     OEMCUIPPARAM& ui = UIParam();
-    ui.pDrvOptItems = m_tree.Items();
-    ui.cDrvOptItems = m_tree.Count();
-    ui.pOEMOptItems = nullptr;
-    ui.cOEMOptItems = 0;
-    CallCommonUIProp();
-    ui.pOEMOptItems = m_plugInTree.Items();
-    ui.cOEMOptItems = m_plugInTree.Count();
-    CallCommonUIProp();
+    ui.pOEMOptItems = plugInItems;
+    ui.cOEMOptItems = count;
+    const HRESULT result = m_object->CommonUIProp(m_mode, &ui);
+    m_calls.push_back({result, ui.cOEMOptItems});
 }
 
-void DocumentSession::CallCommonUIProp() {
-    const HRESULT result = m_object->CommonUIProp(m_mode, &UIParam());
-    m_calls.push_back({result, UIParam().cOEMOptItems});
-}
-
-LONG DocumentSession::TellCallback(WORD reason, HWND page, POPTITEM current, LONG oldSelection) {
+LONG DocumentSession::TellCallback(WORD reason, HWND page) {
     Shown& shown = m_shown[0];
     if (!shown.ui.OEMCUIPCallback)
         return CPSUICB_ACTION_NONE;
     shown.page.pOptItem = m_tree.Items();
     shown.page.cOptItem = static_cast<WORD>(m_tree.Count());
-    CPSUICBPARAM param = {};
-    param.cbSize = sizeof param;
-    param.Reason = reason;
-    param.hDlg = page;
-    param.pOptItem = shown.page.pOptItem;
-    param.cOptItem = shown.page.cOptItem;
-    param.Flags = shown.page.Flags;
-    param.pCurItem = current ? current : param.pOptItem;
-    param.UserData = shown.page.UserData;
-    param.Result = CPSUI_OK;
+    CPSUICBPARAM param = {.cbSize = sizeof param,
+                          .Reason = reason,
+                          .hDlg = page,
+                          .pOptItem = shown.page.pOptItem,
+                          .cOptItem = shown.page.cOptItem,
+                          .Flags = shown.page.Flags,
+                          .pCurItem = shown.page.pOptItem,
+                          .UserData = shown.page.UserData,
+                          .Result = CPSUI_OK};
     if (reason == CPSUICB_REASON_APPLYNOW)
         param.OldSel = -1;  // every changed item counts
-    else if (current)
-        param.OldSel = oldSelection;
     else
         param.pOldSel = reinterpret_cast<LPTSTR>(&shown.page);
     return shown.ui.OEMCUIPCallback(&param, &shown.ui);
@@ -136,7 +120,7 @@ DWORD DocumentSession::Accept() {
     if (!m_devMode)
         return ERROR_SUCCESS;
     m_devMode->TakeFrom(m_tree);
-    return m_printer ? StoreDevMode(m_printer.Get(), *m_devMode) : ERROR_SUCCESS;
+    return m_printer ? StoreDevMode(m_printer.Get(), m_devMode->Bytes()) : ERROR_SUCCESS;
 }
 
 }  // namespace driverhost

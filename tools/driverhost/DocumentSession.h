@@ -47,7 +47,7 @@ class DocumentSession {
 
     // Tells the plug-in's callback about an event of the driver's page; CPSUICB_ACTION_NONE without a
     // callback.
-    LONG TellCallback(WORD reason, HWND page, POPTITEM current = nullptr, LONG oldSelection = 0);
+    LONG TellCallback(WORD reason, HWND page);
 
     // The accepted Apply: selections into the device mode, and that into the spooler. Answers a Win32 code.
     DWORD Accept();
@@ -62,9 +62,6 @@ class DocumentSession {
     DWORD Mode() const { return m_mode; }
     OEMCUIPPARAM& UIParam() { return m_shown[0].ui; }
     OEMUIPSPARAM& SheetParam() { return m_shown[0].sheet; }
-    DWORD Signature() const { return m_signature; }
-    DWORD Version() const { return m_version; }
-    HRESULT Published() const { return m_published; }
     const std::vector<CommonUIPropCall>& CommonUIPropCalls() const { return m_calls; }
 
   private:
@@ -81,8 +78,8 @@ class DocumentSession {
         COMPROPSHEETUI page;
         wchar_t printerName[256];
     };
-    void CallCommonUIProp();
-    void FillShown(const PlugIn& plugIn);
+    void CallCommonUIProp(POPTITEM plugInItems, DWORD count);
+    void FillShown(HMODULE plugIn);
 
     DWORD m_mode;
     std::wstring m_printerName;
@@ -93,9 +90,6 @@ class DocumentSession {
     DriverTree m_plugInTree;
     SessionVector<Shown> m_shown{1};
     ComRef<IPrintOemUI2> m_object;
-    DWORD m_signature = 0;
-    DWORD m_version = 0;
-    HRESULT m_published = E_FAIL;
     std::unique_ptr<DevModeBlock> m_devMode;
     std::vector<CommonUIPropCall> m_calls;
 };

@@ -16,11 +16,10 @@ std::vector<DriverHelper*> g_retired;
 DriverHelper& DriverHelper::Create(bool offersInterface) {
     const std::lock_guard lock(g_retiredLock);
     if (g_retired.empty())
-        return *new DriverHelper(offersInterface);
+        g_retired.push_back(new DriverHelper);
     DriverHelper& helper = *g_retired.back();
     g_retired.pop_back();
     helper.m_offersInterface = offersInterface;
-    helper.m_references = 1;
     return helper;
 }
 
@@ -39,62 +38,38 @@ void DriverHelper::Watch(const void* uiObject, const DriverTree* driver, const D
 }
 
 HRESULT STDMETHODCALLTYPE DriverHelper::QueryInterface(REFIID riid, void** ppv) {
-    const bool driverInterface =
-        IsEqualIID(riid, IID_IPrintOemDriverUI) || IsEqualIID(riid, IID_IPrintCoreUI2);
-    if (!IsEqualIID(riid, IID_IUnknown) && !(driverInterface && m_offersInterface)) {
-        *ppv = nullptr;
-        return E_NOINTERFACE;
-    }
-    *ppv = static_cast<IPrintOemDriverUI*>(this);
-    AddRef();
-    return S_OK;
-}
-
-ULONG STDMETHODCALLTYPE DriverHelper::AddRef() {
-    return static_cast<ULONG>(++m_references);
-}
-
-ULONG STDMETHODCALLTYPE DriverHelper::Release() {
-    return static_cast<ULONG>(--m_references);
-}
-
-HRESULT STDMETHODCALLTYPE DriverHelper::DrvGetDriverSetting(PVOID, PCSTR, PVOID, DWORD, PDWORD, PDWORD) {
-    return E_NOTIMPL;
-}
-
-HRESULT STDMETHODCALLTYPE DriverHelper::DrvUpgradeRegistrySetting(HANDLE, PCSTR, PCSTR) {
-    return E_NOTIMPL;
+    const bool offered =
+        IsEqualIID(riid, IID_IUnknown) || (m_offersInterface && IsEqualIID(riid, IID_IPrintOemDriverUI));
+    *ppv = offered ? this : nullptr;
+    return offered ? S_OK : E_NOINTERFACE;
 }
 
 HRESULT STDMETHODCALLTYPE DriverHelper::DrvUpdateUISetting(PVOID pci, PVOID pOptItem,
                                                            DWORD dwPreviousSelection, DWORD dwMode) {
-    Announcement call = {};
-    call.position = m_driver ? m_driver->PositionOf(pOptItem) : -1;
-    if (call.position < 0 && m_plugIn) {
-        call.position = m_plugIn->PositionOf(pOptItem);
-        call.plugInItem = call.position >= 0;
-    }
-    if (call.position >= 0) {
+    Announcement call = {
+        .previous = dwPreviousSelection, .mode = dwMode, .rightSheet = pci && pci == m_uiObject};
+    for (const DriverTree* const tree : {m_driver, m_plugIn}) {
+        const int position = tree ? tree->PositionOf(pOptItem) : -1;
+        if (position < 0)
+            continue;
         const auto& item = *static_cast<const OPTITEM*>(pOptItem);
+        call.position = position;
+        call.plugInItem = tree == m_plugIn;
         call.keyword = KeywordOf(item);
         call.selection = item.Sel;
     }
-    call.previous = dwPreviousSelection;
-    call.mode = dwMode;
-    call.rightSheet = pci && pci == m_uiObject;
     m_announcements.push_back(call);
     if (onAnnouncement)
         onAnnouncement(call);
     return call.position >= 0 && call.rightSheet ? S_OK : E_INVALIDARG;
 }
 
-std::wstring Describe(const Announcement& announcement) {
-    if (announcement.position < 0)
+std::wstring Describe(const Announcement& call) {
+    if (call.position < 0)
         return L"announced: an item that is not the driver's";
     return Format(L"announced: %ls %d \"%hs\" = %ld (previous %lu, mode %lu)%ls",
-                  announcement.plugInItem ? L"plug-in item" : L"driver item", announcement.position,
-                  announcement.keyword.c_str(), announcement.selection, announcement.previous,
-                  announcement.mode, announcement.rightSheet ? L"" : L" for another sheet");
+                  call.plugInItem ? L"plug-in item" : L"driver item", call.position, call.keyword.c_str(),
+                  call.selection, call.previous, call.mode, call.rightSheet ? L"" : L" for another sheet");
 }
 
 }  // namespace driverhost

@@ -13,32 +13,18 @@ namespace driverhost {
 
 // One DrvUpdateUISetting call.
 struct Announcement {
-    int position;         // in the driver's items; -1: not one of them
-    bool plugInItem;      // the position is in the plug-in's own items
-    std::string keyword;  // empty for a foreign pointer
-    LONG selection;       // at the time of the call
+    int position = -1;        // in the driver's items; -1: not one of them
+    bool plugInItem = false;  // the position is in the plug-in's own items
+    std::string keyword;      // empty for a foreign pointer
+    LONG selection = 0;       // at the time of the call
     DWORD previous;
     DWORD mode;
     bool rightSheet;  // the caller handed back this sheet's UI object
 };
 
-// IPrintCoreUI2 begins with the slots of IPrintOemDriverUI; this driver supports none of the later ones.
-struct DriverHelperSlots : IPrintOemDriverUI {
-    virtual HRESULT STDMETHODCALLTYPE GetOptions() { return E_NOTIMPL; }
-    virtual HRESULT STDMETHODCALLTYPE SetOptions() { return E_NOTIMPL; }
-    virtual HRESULT STDMETHODCALLTYPE EnumConstrainedOptions() { return E_NOTIMPL; }
-    virtual HRESULT STDMETHODCALLTYPE WhyConstrained() { return E_NOTIMPL; }
-    virtual HRESULT STDMETHODCALLTYPE GetGlobalAttribute() { return E_NOTIMPL; }
-    virtual HRESULT STDMETHODCALLTYPE GetFeatureAttribute() { return E_NOTIMPL; }
-    virtual HRESULT STDMETHODCALLTYPE GetOptionAttribute() { return E_NOTIMPL; }
-    virtual HRESULT STDMETHODCALLTYPE EnumFeatures() { return E_NOTIMPL; }
-    virtual HRESULT STDMETHODCALLTYPE EnumOptions() { return E_NOTIMPL; }
-    virtual HRESULT STDMETHODCALLTYPE QuerySimulationSupport() { return E_NOTIMPL; }
-};
-
-// Owned by the session; references are counted, not obeyed. The plug-in keeps one for good, so the object
-// must outlive the session: see Create.
-class DriverHelper final : public DriverHelperSlots {
+// Owned by the session, not by its references. The plug-in keeps one for good, so the object must outlive the
+// session: see Create.
+class DriverHelper final : public IPrintOemDriverUI {
   public:
     // A helper stays in memory until the process ends: a plug-in may call the one it was given last at any
     // time. One that was retired serves again.
@@ -49,25 +35,21 @@ class DriverHelper final : public DriverHelperSlots {
     void Watch(const void* uiObject, const DriverTree* driver, const DriverTree* plugIn);
 
     std::vector<Announcement>& Announcements() { return m_announcements; }
-    LONG References() const { return m_references; }
     // Called after each announcement, to show it.
     std::function<void(const Announcement&)> onAnnouncement;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** ppv) override;
-    ULONG STDMETHODCALLTYPE AddRef() override;
-    ULONG STDMETHODCALLTYPE Release() override;
-    HRESULT STDMETHODCALLTYPE DrvGetDriverSetting(PVOID pci, PCSTR Feature, PVOID pOutput, DWORD cbSize,
-                                                  PDWORD pcbNeeded, PDWORD pdwOptionsReturned) override;
-    HRESULT STDMETHODCALLTYPE DrvUpgradeRegistrySetting(HANDLE hPrinter, PCSTR pFeature,
-                                                        PCSTR pOption) override;
+    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+    HRESULT STDMETHODCALLTYPE DrvGetDriverSetting(PVOID, PCSTR, PVOID, DWORD, PDWORD, PDWORD) override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE DrvUpgradeRegistrySetting(HANDLE, PCSTR, PCSTR) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE DrvUpdateUISetting(PVOID pci, PVOID pOptItem, DWORD dwPreviousSelection,
                                                  DWORD dwMode) override;
 
   private:
-    explicit DriverHelper(bool offersInterface) : m_offersInterface(offersInterface) {}
-
-    bool m_offersInterface;
-    LONG m_references = 1;
+    bool m_offersInterface = true;
     const void* m_uiObject = nullptr;
     const DriverTree* m_driver = nullptr;
     const DriverTree* m_plugIn = nullptr;

@@ -1,116 +1,53 @@
 #include "tools/driverhost/DriverTree.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "tools/driverhost/Text.h"
 
 namespace driverhost {
 
-namespace {
-
-OPTPARAM MakeParam(std::wstring& name) {
-    OPTPARAM param = {};
-    param.cbSize = sizeof param;
-    param.pData = name.data();
-    return param;
-}
-
-// An up-down item has two parameters: its postfix, and its limits.
-std::vector<OPTPARAM> MakeParams(Feature& feature) {
-    std::vector<OPTPARAM> params;
-    for (std::wstring& option : feature.options)
-        params.push_back(MakeParam(option));
-    if (feature.type == TVOT_UDARROW && params.size() == 2) {
-        params[1].pData = nullptr;
-        params[1].IconID = 1;
-        params[1].lParam = 9999;
-    }
-    return params;
-}
-
-}  // namespace
-
-DriverTree& DriverTree::Add(Feature feature) {
+void DriverTree::Add(Feature feature) {
     Storage& own = m_storage.emplace_back();
     own.feature = std::move(feature);
-    own.params = MakeParams(own.feature);
-
-    own.type = {};
-    own.type.cbSize = sizeof own.type;
-    own.type.Type = own.feature.type;
-    own.type.Count = static_cast<WORD>(own.params.size());
-    own.type.pOptParam = own.params.data();
-
-    own.data = {};
-    own.data.dwSize = sizeof own.data;
-    own.data.dwItemID = m_items.size();
-    own.data.pKeyWordName = own.feature.keyword.empty() ? nullptr : own.feature.keyword.data();
-
-    OPTITEM item = {};
-    item.cbSize = sizeof item;
-    item.Level = own.feature.level;
-    item.Flags = own.feature.flags;
-    item.UserData = reinterpret_cast<ULONG_PTR>(&own.data);
-    item.pName = own.feature.name.data();
-    item.Sel = own.feature.selection;
-    item.pOptType = own.params.empty() ? nullptr : &own.type;
-    item.DMPubID = own.feature.dmPub;
-    m_items.push_back(item);
-    return *this;
+    for (std::wstring& option : own.feature.options)
+        own.params.push_back({.cbSize = sizeof(OPTPARAM), .pData = option.data()});
+    // An up-down item has two parameters: its postfix, and its limits.
+    if (own.feature.type == TVOT_UDARROW)
+        own.params.push_back({.cbSize = sizeof(OPTPARAM), .IconID = 1, .lParam = 9999});
+    own.type = {.cbSize = sizeof own.type,
+                .Type = own.feature.type,
+                .Count = static_cast<WORD>(own.params.size()),
+                .pOptParam = own.params.data()};
+    own.data = {.dwSize = sizeof own.data,
+                .dwItemID = m_items.size(),
+                .pKeyWordName = own.feature.keyword.empty() ? nullptr : own.feature.keyword.data()};
+    m_items.push_back({.cbSize = sizeof(OPTITEM),
+                       .Level = own.feature.level,
+                       .UserData = reinterpret_cast<ULONG_PTR>(&own.data),
+                       .pName = own.feature.name.data(),
+                       .Sel = own.feature.selection,
+                       .pOptType = own.params.empty() ? nullptr : &own.type,
+                       .DMPubID = own.feature.dmPub});
 }
 
-DriverTree& DriverTree::KeepFirst(size_t count) {
+void DriverTree::KeepFirst(size_t count) {
     m_items.resize(std::min(count, m_items.size()));
-    return *this;
 }
 
-DriverTree& DriverTree::Remove(PCSTR keyword) {
-    m_items.erase(m_items.begin() + static_cast<std::ptrdiff_t>(At(keyword)));
-    return *this;
-}
-
-DriverTree& DriverTree::DropOptions(PCSTR keyword) {
-    OPTTYPE& type = *m_items[At(keyword)].pOptType;
-    type.Count = 0;
-    type.pOptParam = nullptr;
-    return *this;
-}
-
-DriverTree& DriverTree::DropType(PCSTR keyword) {
-    m_items[At(keyword)].pOptType = nullptr;
-    return *this;
-}
-
-DriverTree& DriverTree::DropUserData(PCSTR keyword) {
-    m_items[At(keyword)].UserData = 0;
-    return *this;
+void DriverTree::Remove(PCSTR keyword) {
+    std::erase_if(m_items, [&](const OPTITEM& item) { return KeywordOf(item) == keyword; });
 }
 
 POPTITEM DriverTree::Find(PCSTR keyword) {
-    return const_cast<POPTITEM>(std::as_const(*this).Find(keyword));
-}
-
-const OPTITEM* DriverTree::Find(PCSTR keyword) const {
-    const auto found = std::find_if(m_items.begin(), m_items.end(),
-                                    [&](const OPTITEM& item) { return KeywordOf(item) == keyword; });
+    const auto found = std::ranges::find(m_items, keyword, KeywordOf);
     return found == m_items.end() ? nullptr : &*found;
 }
 
 int DriverTree::PositionOf(const void* item) const {
-    for (size_t position = 0; position < m_items.size(); ++position) {
-        if (&m_items[position] == item)
-            return static_cast<int>(position);
-    }
-    return -1;
-}
-
-size_t DriverTree::At(PCSTR keyword) const {
-    const OPTITEM* const item = Find(keyword);
-    if (!item)
-        throw HostError{Format(L"the driver has no feature \"%hs\"", keyword)};
-    return static_cast<size_t>(item - m_items.data());
+    const auto found =
+        std::ranges::find(m_items, item, [](const OPTITEM& own) -> const void* { return &own; });
+    return found == m_items.end() ? -1 : static_cast<int>(found - m_items.begin());
 }
 
 std::string KeywordOf(const OPTITEM& item) {
@@ -126,10 +63,9 @@ std::wstring SelectedText(const OPTITEM& item) {
     if (!item.pOptType)
         return {};
     if (item.pOptType->Type == TVOT_UDARROW)
-        return Format(L"%ld", item.Sel);
-    if (item.Sel < 0 || item.Sel >= item.pOptType->Count)
-        return Format(L"(%ld?)", item.Sel);
-    const PCWSTR name = item.pOptType->pOptParam[item.Sel].pData;
+        return std::to_wstring(item.Sel);
+    const bool isOption = item.Sel >= 0 && item.Sel < item.pOptType->Count;
+    const PCWSTR name = isOption ? item.pOptType->pOptParam[item.Sel].pData : nullptr;
     return IS_INTRESOURCE(name) ? Format(L"(%ld?)", item.Sel) : name;
 }
 

@@ -19,7 +19,6 @@ struct Feature {
     std::vector<std::wstring> options;  // empty: the item has no type (a heading)
     LONG selection = 0;
     BYTE level = 1;
-    DWORD flags = 0;  // OPTIF_*
 };
 
 class DriverTree {
@@ -36,22 +35,17 @@ class DriverTree {
     static DriverTree PlugInItems();
 
     // Building; pointers to items are good once nothing is added or removed any more.
-    DriverTree& Add(Feature feature);
-    DriverTree& KeepFirst(size_t count);
-    DriverTree& Remove(PCSTR keyword);
-    DriverTree& DropOptions(PCSTR keyword);  // a type with no options
-    DriverTree& DropType(PCSTR keyword);     // no type
-    DriverTree& DropUserData(PCSTR keyword);
+    void Add(Feature feature);
+    void KeepFirst(size_t count);
+    void Remove(PCSTR keyword);
 
     // The array that a plug-in gets; null for an empty tree.
     POPTITEM Items() { return m_items.empty() ? nullptr : m_items.data(); }
     DWORD Count() const { return static_cast<DWORD>(m_items.size()); }
     const SessionVector<OPTITEM>& All() const { return m_items; }
 
-    // By whole keyword; null when there is none. The position is -1 for a foreign item.
-    POPTITEM Find(PCSTR keyword);
-    const OPTITEM* Find(PCSTR keyword) const;
-    int PositionOf(const void* item) const;
+    POPTITEM Find(PCSTR keyword);            // by whole keyword; null when there is none
+    int PositionOf(const void* item) const;  // -1 for a foreign item
 
   private:
     static constexpr size_t kMostItems = 32;  // more are taken, too, in new pages
@@ -61,8 +55,6 @@ class DriverTree {
         OPTTYPE type;
         USERDATA data;
     };
-    size_t At(PCSTR keyword) const;  // HostError when missing
-
     std::deque<Storage> m_storage;  // a deque: elements stay where they are
     SessionVector<OPTITEM> m_items;
 };

@@ -19,12 +19,6 @@ struct SheetOptions {
     bool extraFirstPage = false;  // one more page of the driver in front: four tabs
 };
 
-// One event of the driver's page told to the plug-in's callback, and its CPSUICB_ACTION_* answer.
-struct CallbackCall {
-    WORD reason;
-    LONG answer;
-};
-
 // The thread's sheets that were made and not yet destroyed.
 extern thread_local std::vector<class HostSheet*> t_sheets;
 
@@ -44,27 +38,22 @@ class HostSheet {
     // The open sheet; null and 0 otherwise.
     HWND Window() const { return m_window; }
     HWND Tabs() const;
-    int PageCount() const;
+    int PageCount() const { return static_cast<int>(m_pages.size()); }
     int CurrentPage() const;           // -1 without a sheet
     HWND PageWindow(int index) const;  // null while the page was not created
     std::wstring TabText(int index) const;
     int DriverPageIndex() const { return m_options.extraFirstPage ? 1 : 0; }
 
     // What happened, for reports and tests.
-    int StartPage() const { return m_startPage; }  // index the sheet opened on
-    const std::vector<CallbackCall>& Callbacks() const { return m_callbacks; }
-    const std::vector<std::wstring>& Events() const { return m_events; }
-    const std::vector<ULONG_PTR>& SetResults() const { return m_setResults; }  // the plug-in's answers
-    int Applied() const { return m_applied; }
-    int Refused() const { return m_refused; }
+    const std::vector<LONG>& Answers() const { return m_answers; }  // CPSUICB_ACTION_*, to each APPLYNOW
+    int Refused() const;
+    int Applied() const { return static_cast<int>(m_answers.size()) - Refused(); }
     std::function<void(const std::wstring&)> onEvent;
-    void Note(const std::wstring& event);
+    void Note(const std::wstring& event) const;
 
-    // For the driver's page (DriverPage.cpp).
-    LONG TellCallback(WORD reason, HWND page, POPTITEM current = nullptr, LONG oldSelection = 0);
+    // For the driver's page.
+    LONG TellCallback(WORD reason, HWND page) const;
     bool Apply(HWND page);  // false: the plug-in refused
-    void RefreshTree();
-    HWND treeView = nullptr;
 
   private:
     struct Page {
@@ -75,32 +64,30 @@ class HostSheet {
     static LONG_PTR CALLBACK SheetFunction(HANDLE sheet, UINT function, LPARAM lParam1, LPARAM lParam2);
     static int CALLBACK SheetCallback(HWND window, UINT message, LPARAM lParam);
     LONG_PTR Answer(UINT function, LPARAM lParam1, LPARAM lParam2);
-    static LONG_PTR NewHandle();
     LONG_PTR AddPage(const PROPSHEETPAGEW& page);
-    bool SetStartPage(LPARAM handle, LPARAM otherwise);
-    bool SetTitle(LPARAM handle, PCWSTR title);
+    bool SetStartPage(int index);
+    bool SetTitle(int index, PCWSTR title);
     LONG_PTR SetResult(LPARAM result);
     int IndexOf(LPARAM handle) const;                // -1 for a handle that is not the group's
     HRESULT TellPlugIn(WORD reason, LPARAM lParam);  // S_FALSE when it has no group in this sheet
-    void AddDriverPages();
     std::vector<HPROPSHEETPAGE> CreatePages();
-    void PlaceBesideOwner();
 
     DocumentSession& m_session;
     SheetOptions m_options;
     SessionVector<PROPSHEETUI_INFO> m_info{1};
     std::vector<Page> m_pages;
     bool m_hasGroup = true;
-    size_t m_driverPages = 0;  // in front of the plug-in's group
-    HWND m_owner = nullptr;
     HWND m_window = nullptr;
     int m_startPage = 0;
     LONG m_result = CPSUI_CANCEL;
-    int m_applied = 0;
-    int m_refused = 0;
-    std::vector<CallbackCall> m_callbacks;
-    std::vector<std::wstring> m_events;
-    std::vector<ULONG_PTR> m_setResults;
+    std::vector<LONG> m_answers;
 };
+
+// The session's items as a list that follows them, looking for changes four times a second: a child of
+// `parent`, or a window of its own without one. It has to go before the session.
+HWND CreateItemList(DocumentSession& session, HWND parent, const RECT& place);
+
+// The page of the driver's features, or one more page ("Layout") for drivers that show two.
+PROPSHEETPAGEW DriverPage(HostSheet& sheet, bool isFeatures);
 
 }  // namespace driverhost

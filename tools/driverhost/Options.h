@@ -11,7 +11,7 @@
 namespace driverhost {
 
 struct Options {
-    std::wstring command = L"sheet";  // sheet, devmode, state, print or help
+    std::wstring command = L"sheet";  // sheet, state, print or help
     std::wstring dll;
     std::wstring outFolder = L"out";
     std::vector<std::wstring> script;  // lines; empty: the sheet is left to the person
@@ -20,8 +20,6 @@ struct Options {
     bool quiet = false;  // no event lines
     SessionOptions session;
     SheetOptions sheet;
-    DWORD timeoutSeconds = 120;  // scripted runs
-    DWORD waitMilliseconds = 1000;
 };
 
 // HostError for what cannot be understood; a script file is read here.

@@ -1,46 +1,31 @@
 #include "tools/driverhost/PlugIn.h"
 
+#include "support/SystemLibrary.h"
 #include "tools/driverhost/Text.h"
 
 namespace driverhost {
 
-namespace {
-
-std::wstring FolderOf(const std::wstring& path) {
-    return path.substr(0, path.find_last_of(L"\\/") + 1);
-}
-
-std::wstring FullPath(const std::wstring& path) {
-    wchar_t full[MAX_PATH] = {};
-    const DWORD length = GetFullPathNameW(path.c_str(), MAX_PATH, full, nullptr);
-    return length > 0 && length < MAX_PATH ? full : path;
-}
-
-}  // namespace
-
 std::wstring BesideProgram(const wchar_t* name) {
     wchar_t path[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return FolderOf(path) + name;
+    return std::filesystem::path(path).replace_filename(name);
 }
-
-PlugIn::PlugIn(const std::wstring& path) : m_path(FullPath(path)) {}
 
 HMODULE PlugIn::Module() const {
     if (!m_module)
         m_module.Reset(LoadLibraryExW(m_path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
     if (!m_module)
-        throw HostError{Format(L"cannot load %ls: %ls", m_path.c_str(), Win32Error(GetLastError()).c_str())};
+        throw LastError(L"cannot load " + m_path.wstring());
     return m_module.Get();
 }
 
 ComRef<IPrintOemUI2> PlugIn::CreateObject() const {
+    using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
     if (!m_factory) {
-        using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-        const auto getClassObject = reinterpret_cast<GetClassObject>(
-            reinterpret_cast<void*>(GetProcAddress(Module(), "DllGetClassObject")));
+        Module();
+        const auto getClassObject = kzp::FindFunction<GetClassObject>(m_module, "DllGetClassObject");
         if (!getClassObject || FAILED(getClassObject(CLSID_OEMUI, IID_IClassFactory, m_factory.Put())))
-            throw HostError{Format(L"%ls does not serve the class of UI plug-ins", m_path.c_str())};
+            throw HostError{m_path.wstring() + L" does not serve the class of UI plug-ins"};
     }
     ComRef<IPrintOemUI2> object;
     const HRESULT result = m_factory->CreateInstance(nullptr, IID_IPrintOemUI2, object.Put());
@@ -50,11 +35,12 @@ ComRef<IPrintOemUI2> PlugIn::CreateObject() const {
 }
 
 std::wstring PlugIn::ResourceText(UINT id) const {
-    const std::wstring path = FolderOf(m_path) + L"KZPWriterRes.dll";
+    const auto path = std::filesystem::path(m_path).replace_filename(L"KZPWriterRes.dll");
     const kzp::UniqueModule texts(LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
     wchar_t text[260] = {};
-    const int length = texts ? LoadStringW(texts.Get(), id, text, 260) : 0;
-    return std::wstring(text, static_cast<size_t>(length));
+    if (texts)
+        LoadStringW(texts.Get(), id, text, 260);
+    return text;
 }
 
 DWORD PlugInInfo(IPrintOemUI2* object, DWORD mode) {

@@ -1,36 +1,26 @@
 // The delivered plug-in, loaded by path and created as the core driver's user interface does it.
 #pragma once
 
+#include <filesystem>
 #include <string>
-#include <utility>
 
 #include "driverkit/prcomoem.h"
 #include "support/UniqueHandle.h"
 
 namespace driverhost {
 
+template <class Interface>
+struct ComTraits {
+    using Type = Interface*;
+    static Type Empty() { return nullptr; }
+    static void Close(Type object) { object->Release(); }
+};
+
 // One reference to a COM object.
 template <class Interface>
-class ComRef {
-  public:
-    ComRef() = default;
-    ComRef(ComRef&& other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
-    ComRef& operator=(ComRef&& other) noexcept {
-        std::swap(m_object, other.m_object);
-        return *this;
-    }
-    ~ComRef() {
-        if (m_object)
-            m_object->Release();
-    }
-    explicit operator bool() const { return m_object != nullptr; }
-    Interface* Get() const { return m_object; }
-    Interface* operator->() const { return m_object; }
-    // For a call that hands out a reference; to be used on an empty one.
-    void** Put() { return reinterpret_cast<void**>(&m_object); }
-
-  private:
-    Interface* m_object = nullptr;
+struct ComRef : kzp::UniqueHandle<ComTraits<Interface>> {
+    Interface* operator->() const { return this->Get(); }
+    void** Put() { return reinterpret_cast<void**>(kzp::UniqueHandle<ComTraits<Interface>>::Put()); }
 };
 
 // The folder of the running program with `name` appended.
@@ -40,17 +30,17 @@ std::wstring BesideProgram(const wchar_t* name);
 // it cannot be loaded or does not serve the class of UI plug-ins.
 class PlugIn {
   public:
-    explicit PlugIn(const std::wstring& path);
+    explicit PlugIn(const std::filesystem::path& path) : m_path(std::filesystem::absolute(path)) {}
 
     ComRef<IPrintOemUI2> CreateObject() const;
     HMODULE Module() const;
-    const std::wstring& Path() const { return m_path; }
+    const std::filesystem::path& Path() const { return m_path; }
 
     // A text of the resource module that stands beside the plug-in; empty when either is missing.
     std::wstring ResourceText(UINT id) const;
 
   private:
-    std::wstring m_path;
+    std::filesystem::path m_path;
     mutable kzp::UniqueModule m_module;
     mutable ComRef<IClassFactory> m_factory;  // behind the module: given back before it is unloaded
 };

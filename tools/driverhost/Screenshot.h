@@ -7,8 +7,7 @@
 
 namespace driverhost {
 
-// The window with its frame, as the screen shows it; without a window the whole desktop. HostError when the
-// file cannot be written.
+// The window with its frame, as the screen shows it. HostError when the file cannot be written.
 void SaveScreenshot(HWND window, const std::wstring& path);
 
 }  // namespace driverhost

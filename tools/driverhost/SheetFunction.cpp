@@ -12,15 +12,31 @@ namespace driverhost {
 
 thread_local std::vector<HostSheet*> t_sheets;
 
+namespace {
+
 // Handles of groups and pages are no addresses: to whoever takes one for a pointer it is a fault.
-LONG_PTR HostSheet::NewHandle() {
+LONG_PTR NewHandle() {
     static std::atomic<LONG_PTR> last = 0x451;
     return last += 2;
 }
 
+}  // namespace
+
+HostSheet::HostSheet(DocumentSession& session, SheetOptions options)
+    : m_session(session), m_options(options) {
+    m_info[0] = {.cbSize = sizeof(PROPSHEETUI_INFO),
+                 .Version = PROPSHEETUI_INFO_VERSION,
+                 .Flags = PSUIINFO_UNICODE,
+                 .hComPropSheet = reinterpret_cast<HANDLE>(NewHandle()),
+                 .pfnComPropSheet = SheetFunction,
+                 .lParamInit = reinterpret_cast<LPARAM>(&session.SheetParam())};
+    t_sheets.push_back(this);
+    session.Helper().onAnnouncement = [this](const Announcement& call) { Note(Describe(call)); };
+}
+
 LONG_PTR CALLBACK HostSheet::SheetFunction(HANDLE group, UINT function, LPARAM lParam1, LPARAM lParam2) {
-    const auto sheet = std::ranges::find_if(
-        t_sheets, [&](HostSheet* open) { return open->m_info[0].hComPropSheet == group; });
+    const auto sheet = std::ranges::find(t_sheets, group,
+                                         [](const HostSheet* open) { return open->m_info[0].hComPropSheet; });
     if (sheet == t_sheets.end())
         return ERR_CPSUI_INVALID_LPARAM;
     try {
@@ -32,25 +48,19 @@ LONG_PTR CALLBACK HostSheet::SheetFunction(HANDLE group, UINT function, LPARAM l
 
 LONG_PTR HostSheet::Answer(UINT function, LPARAM lParam1, LPARAM lParam2) {
     switch (function) {
-        case CPSFUNC_ADD_PROPSHEETPAGEW: {
-            if (!lParam1)
-                return ERR_CPSUI_INVALID_LPARAM;
-            const LONG_PTR handle = AddPage(*reinterpret_cast<const PROPSHEETPAGEW*>(lParam1));
-            Note(Format(L"sheet: page %d added", IndexOf(handle) + 1));
-            return handle;
-        }
-        case CPSFUNC_SET_HSTARTPAGE: {
-            const bool known = SetStartPage(lParam1, lParam2);
-            Note(known ? Format(L"sheet: page %d starts", m_startPage + 1)
-                       : std::wstring(L"sheet: start page refused"));
-            return known ? 1 : ERR_CPSUI_INVALID_LPARAM;
-        }
-        case CPSFUNC_GET_PAGECOUNT:
-            return static_cast<LONG_PTR>(m_pages.size() - m_driverPages);
+        case CPSFUNC_ADD_PROPSHEETPAGEW:
+            return lParam1 ? AddPage(*reinterpret_cast<const PROPSHEETPAGEW*>(lParam1))
+                           : ERR_CPSUI_INVALID_LPARAM;
+        case CPSFUNC_SET_HSTARTPAGE:  // by handle; without one by position in the group
+            return SetStartPage(lParam1 ? IndexOf(lParam1)
+                                        : DriverPageIndex() + 1 + static_cast<int>(lParam2))
+                       ? 1
+                       : ERR_CPSUI_INVALID_LPARAM;
         case CPSFUNC_SET_RESULT:
             return SetResult(lParam2);
         case CPSFUNC_SET_PSUIPAGE_TITLEW:
-            return SetTitle(lParam1, reinterpret_cast<PCWSTR>(lParam2)) ? 1 : ERR_CPSUI_INVALID_LPARAM;
+            return SetTitle(IndexOf(lParam1), reinterpret_cast<PCWSTR>(lParam2)) ? 1
+                                                                                 : ERR_CPSUI_INVALID_LPARAM;
         default:
             Note(Format(L"sheet: function %u is not supported", function));
             return ERR_CPSUI_FUNCTION_NOT_IMPLEMENTED;
@@ -65,53 +75,45 @@ LONG_PTR HostSheet::AddPage(const PROPSHEETPAGEW& page) {
     std::memcpy(&own.page, &page, std::min<size_t>(page.dwSize, sizeof own.page));
     own.page.dwSize = sizeof own.page;
     own.handle = NewHandle();
+    Note(Format(L"sheet: page %d added", PageCount()));
     return own.handle;
 }
 
+// The group begins behind the driver's own pages.
 int HostSheet::IndexOf(LPARAM handle) const {
-    const auto page = std::find_if(m_pages.begin() + static_cast<std::ptrdiff_t>(m_driverPages),
-                                   m_pages.end(), [&](const Page& own) { return own.handle == handle; });
-    return page == m_pages.end() ? -1 : static_cast<int>(page - m_pages.begin());
+    const auto page = std::ranges::find(m_pages, handle, &Page::handle);
+    const auto index = static_cast<int>(page - m_pages.begin());
+    return page == m_pages.end() || index <= DriverPageIndex() ? -1 : index;
 }
 
-// By handle; without one by position in the group.
-bool HostSheet::SetStartPage(LPARAM handle, LPARAM otherwise) {
-    const LPARAM index = handle ? IndexOf(handle) : static_cast<LPARAM>(m_driverPages) + otherwise;
-    if (index < static_cast<LPARAM>(m_driverPages) || static_cast<size_t>(index) >= m_pages.size())
-        return false;
-    m_startPage = static_cast<int>(index);
-    return true;
+bool HostSheet::SetStartPage(int index) {
+    const bool known = index > DriverPageIndex() && index < PageCount();
+    if (known)
+        m_startPage = index;
+    Note(known ? Format(L"sheet: page %d starts", index + 1) : L"sheet: start page refused");
+    return known;
 }
 
-bool HostSheet::SetTitle(LPARAM handle, PCWSTR title) {
-    const int index = IndexOf(handle);
+bool HostSheet::SetTitle(int index, PCWSTR title) {
     if (index < 0 || !title)
         return false;
     Page& page = m_pages[static_cast<size_t>(index)];
     page.title = title;
     Note(Format(L"sheet: page %d is titled \"%ls\"", index + 1, title));
-    if (const HWND tabs = Tabs()) {
-        TCITEMW item = {};
-        item.mask = TCIF_TEXT;
-        item.pszText = page.title.data();
-        SendMessageW(tabs, TCM_SETITEMW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
-    }
+    TCITEMW item = {.mask = TCIF_TEXT, .pszText = page.title.data()};
+    SendMessageW(Tabs(), TCM_SETITEMW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
     return true;
 }
 
 // Whoever sets a result speaks for the sheet; the plug-in may change it on the way up.
 LONG_PTR HostSheet::SetResult(LPARAM result) {
-    SETRESULT_INFO info = {};
-    info.cbSize = sizeof info;
-    info.hSetResult = m_info[0].hComPropSheet;
-    info.Result = result;
+    SETRESULT_INFO info = {.cbSize = sizeof info,
+                           .hSetResult = m_info[0].hComPropSheet,
+                           .Result = static_cast<LONG_PTR>(result)};
     const HRESULT told = TellPlugIn(PROPSHEETUI_REASON_SET_RESULT, reinterpret_cast<LPARAM>(&info));
     if (FAILED(told))
         return ERR_CPSUI_INTERNAL_ERROR;
-    if (told == S_FALSE)
-        m_info[0].Result = static_cast<ULONG_PTR>(result);
-    m_setResults.push_back(m_info[0].Result);
-    m_result = static_cast<LONG>(m_info[0].Result);
+    m_result = static_cast<LONG>(told == S_FALSE ? static_cast<ULONG_PTR>(result) : m_info[0].Result);
     return 1;
 }
 

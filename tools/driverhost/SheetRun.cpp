@@ -4,28 +4,19 @@
 #include <shlobj.h>
 
 #include <algorithm>
-#include <iterator>
 
 #include "tools/driverhost/KeyQueue.h"
 #include "tools/driverhost/Text.h"
-#include "tools/driverhost/TreeWindow.h"
 
 namespace driverhost {
 
 namespace {
 
 constexpr UINT kTickMilliseconds = 20;
-constexpr ULONGLONG kMarkerIsLost = 2000;  // milliseconds
+constexpr ULONGLONG kLongestRun = 60'000;   // milliseconds
+constexpr ULONGLONG kMarkerIsLost = 2'000;  // milliseconds
 constexpr int kBrowserAttempts = 10;
 constexpr int kBoxText = 0xFFFF;  // the platform's id for a message box's text
-
-thread_local std::vector<SheetRun*> t_runs;  // the open sheets, the latest behind
-
-bool IsDialog(HWND window) {
-    wchar_t name[16] = {};
-    GetClassNameW(window, name, 16);
-    return wcscmp(name, L"#32770") == 0;
-}
 
 std::wstring TextOf(HWND window) {
     wchar_t text[1024] = {};
@@ -33,23 +24,10 @@ std::wstring TextOf(HWND window) {
     return text;
 }
 
-HWND FindDescendant(HWND window, PCWSTR windowClass) {
-    struct Search {
-        PCWSTR name;
-        HWND found;
-    } search = {windowClass, nullptr};
-    EnumChildWindows(
-        window,
-        [](HWND child, LPARAM parameter) -> BOOL {
-            auto& wanted = *reinterpret_cast<Search*>(parameter);
-            wchar_t name[64] = {};
-            GetClassNameW(child, name, 64);
-            if (wcscmp(name, wanted.name) == 0)
-                wanted.found = child;
-            return !wanted.found;
-        },
-        reinterpret_cast<LPARAM>(&search));
-    return search.found;
+bool IsOfClass(HWND window, PCWSTR wanted) {
+    wchar_t name[64] = {};
+    GetClassNameW(window, name, 64);
+    return std::wstring(name) == wanted;
 }
 
 std::vector<HWND> VisibleDialogsOfThread() {
@@ -57,7 +35,7 @@ std::vector<HWND> VisibleDialogsOfThread() {
     EnumThreadWindows(
         GetCurrentThreadId(),
         [](HWND window, LPARAM parameter) -> BOOL {
-            if (IsWindowVisible(window) && IsDialog(window))
+            if (IsWindowVisible(window) && IsOfClass(window, L"#32770"))
                 reinterpret_cast<std::vector<HWND>*>(parameter)->push_back(window);
             return TRUE;
         },
@@ -68,44 +46,22 @@ std::vector<HWND> VisibleDialogsOfThread() {
 }  // namespace
 
 LONG SheetRun::Show() {
-    const bool scripted = !m_steps.empty();
-    TreeWindow owner(m_sheet.Session());
-    t_runs.push_back(this);
-    if (scripted) {
-        m_deadline = GetTickCount64() + limitMilliseconds;
-        m_timer = SetTimer(nullptr, 0, kTickMilliseconds, Tick);
-    }
-    const auto stop = [&] {
-        if (scripted)
-            KillTimer(nullptr, m_timer);
-        std::erase(t_runs, this);
-    };
-    LONG result = CPSUI_CANCEL;
-    try {
-        result = m_sheet.Show(owner.Window());
-    } catch (...) {
-        stop();
-        throw;
-    }
-    stop();
+    // It owns the sheet, so that the sheet has the keyboard focus when it opens.
+    const UniqueWindow owner(CreateItemList(m_sheet.Session(), nullptr, {10, 10, 630, 430}));
+    SetForegroundWindow(owner.Get());
+    SetFocus(owner.Get());
+    m_deadline = GetTickCount64() + kLongestRun;
+    if (!m_steps.empty())
+        SetTimer(owner.Get(), reinterpret_cast<UINT_PTR>(this), kTickMilliseconds,
+                 [](HWND, UINT, UINT_PTR run, DWORD) { reinterpret_cast<SheetRun*>(run)->OnTick(); });
+    const LONG result = m_sheet.Show(owner.Get());
     if (m_error)
         throw *m_error;
     return result;
 }
 
-void SheetRun::AddNext(std::vector<SheetStep> steps) {
-    m_steps.insert(m_steps.begin(), std::make_move_iterator(steps.begin()),
-                   std::make_move_iterator(steps.end()));
-}
-
-void SheetRun::Wait(DWORD milliseconds) {
-    m_notBefore = GetTickCount64() + milliseconds;
-}
-
-void CALLBACK SheetRun::Tick(HWND, UINT, UINT_PTR timer, DWORD) {
-    const auto run = std::ranges::find(t_runs, timer, &SheetRun::m_timer);
-    if (run != t_runs.end())
-        (*run)->OnTick();
+void SheetRun::AddNext(const std::vector<SheetStep>& steps) {
+    m_steps.insert(m_steps.begin(), steps.begin(), steps.end());
 }
 
 void SheetRun::OnTick() {
@@ -144,7 +100,7 @@ bool SheetRun::Settled() {
     const Rest rest = {KeyQueue::CtrlTabs(), m_sheet.CurrentPage()};
     if (m_marker && KeyQueue::LatestMarker() >= m_marker->number) {
         if (m_marker->rest == rest)
-            return now >= m_notBefore;
+            return true;
     } else if (m_marker && now - m_marker->pressed < kMarkerIsLost) {
         return false;
     } else if (m_marker) {
@@ -154,63 +110,53 @@ bool SheetRun::Settled() {
     return false;
 }
 
-// True while something other than the sheet is in front of it.
+// True while something other than a sheet is in front of it.
 bool SheetRun::AnswerDialogs() {
-    bool waiting = false;
-    for (const HWND dialog : VisibleDialogsOfThread()) {
-        if (std::ranges::any_of(t_runs, [&](SheetRun* run) { return run->m_sheet.Window() == dialog; }))
-            continue;
-        waiting = true;
-        if (std::find(m_answered.begin(), m_answered.end(), dialog) != m_answered.end())
+    std::vector<HWND> waiting = VisibleDialogsOfThread();
+    std::erase_if(waiting, [](HWND dialog) {
+        return std::ranges::find(t_sheets, dialog, &HostSheet::Window) != t_sheets.end();
+    });
+    for (const HWND dialog : waiting) {
+        if (std::ranges::find(m_answered, dialog) != m_answered.end())
             continue;
         m_answered.push_back(dialog);
         if (onBox)
             onBox(dialog);
-        if (FindDescendant(dialog, WC_TREEVIEWW))
-            AnswerBrowser(dialog);
+        const std::vector<HWND> controls = Descendants(dialog);
+        const auto tree =
+            std::ranges::find_if(controls, [](HWND control) { return IsOfClass(control, WC_TREEVIEWW); });
+        if (tree != controls.end())
+            AnswerBrowser(dialog, *tree);
         else
             AnswerBox(dialog);
     }
-    if (!waiting)
+    if (waiting.empty())
         m_answered.clear();
-    return waiting;
+    return !waiting.empty();
 }
 
 void SheetRun::AnswerBox(HWND box) {
-    SeenBox seen = {TextOf(box), TextOf(GetDlgItem(box, kBoxText)), GetWindow(box, GW_OWNER)};
-    m_sheet.Note(Format(L"box: \"%ls\": %ls", seen.caption.c_str(), seen.text.c_str()));
-    m_boxes.push_back(std::move(seen));
-    int button = IDOK;
-    if (!m_boxAnswers.empty()) {
-        button = m_boxAnswers.front();
-        m_boxAnswers.pop_front();
-    } else if (!GetDlgItem(box, IDOK)) {
-        button = IDCANCEL;
-    }
-    PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
+    m_boxes.push_back({TextOf(box), TextOf(GetDlgItem(box, kBoxText)), GetWindow(box, GW_OWNER)});
+    m_sheet.Note(Format(L"box: \"%ls\": %ls", m_boxes.back().caption.c_str(), m_boxes.back().text.c_str()));
+    PostMessageW(box, WM_COMMAND, GetDlgItem(box, IDOK) ? IDOK : IDCANCEL, 0);
 }
 
 // The browser fills its tree while it looks for the folder; the first time it may come too early and select
 // nothing.
-bool SheetRun::SelectInBrowser(HWND browser, const std::wstring& folder) {
-    const HWND tree = FindDescendant(browser, WC_TREEVIEWW);
-    for (int attempt = 0; attempt < kBrowserAttempts; ++attempt) {
-        SendMessageW(browser, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(folder.c_str()));
-        if (SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CARET, 0) != 0)
-            return true;
-    }
-    return false;
-}
-
-void SheetRun::AnswerBrowser(HWND browser) {
+void SheetRun::AnswerBrowser(HWND browser, HWND tree) {
     std::wstring folder;
     if (!m_folders.empty()) {
         folder = m_folders.front();
         m_folders.pop_front();
+        bool found = false;
+        for (int attempt = 0; !found && attempt < kBrowserAttempts; ++attempt) {
+            SendMessageW(browser, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(folder.c_str()));
+            found = TreeView_GetSelection(tree) != nullptr;
+        }
+        if (!found)
+            m_error = HostError{L"the folder browser does not find " + folder};
     }
-    m_sheet.Note(folder.empty() ? std::wstring(L"folder browser: cancelled") : L"folder browser: " + folder);
-    if (!folder.empty() && !SelectInBrowser(browser, folder))
-        m_error = HostError{L"the folder browser does not find " + folder};
+    m_sheet.Note(L"folder browser: " + (folder.empty() ? L"cancelled" : folder));
     PostMessageW(browser, WM_COMMAND, folder.empty() ? IDCANCEL : IDOK, 0);
 }
 

@@ -14,6 +14,13 @@
 
 namespace driverhost {
 
+struct WindowTraits {
+    using Type = HWND;
+    static Type Empty() { return nullptr; }
+    static void Close(Type window) { DestroyWindow(window); }
+};
+using UniqueWindow = kzp::UniqueHandle<WindowTraits>;
+
 using SheetStep = std::function<void(SheetUser&)>;
 
 struct SeenBox {
@@ -29,21 +36,16 @@ class SheetRun {
     void Add(SheetStep step) { m_steps.push_back(std::move(step)); }
 
     // CPSUI_OK or CPSUI_CANCEL. A sheet that is still open behind the last step is cancelled. The first
-    // HostError of a step cancels the sheet and is thrown from here.
+    // HostError of a step cancels the sheet and is thrown from here; so does a run that takes over a minute.
     LONG Show();
 
     // For steps.
-    void AddNext(std::vector<SheetStep> steps);  // before those that are still to come
-    void Wait(DWORD milliseconds);
-    void AnswerNextBox(int button) { m_boxAnswers.push_back(button); }  // else OK
-    void AnswerNextBrowser(std::wstring path) {
-        m_folders.push_back(std::move(path));
-    }  // empty: Cancel; else Cancel
+    void AddNext(const std::vector<SheetStep>& steps);  // before those that are still to come
+    void AnswerNextBrowser(const std::wstring& path) { m_folders.push_back(path); }  // else Cancel
 
     const std::vector<SeenBox>& Boxes() const { return m_boxes; }
     // Called while a box or browser is still on the screen.
     std::function<void(HWND box)> onBox;
-    DWORD limitMilliseconds = 60'000;  // a run that takes longer ends with HostError
 
   private:
     struct Rest {
@@ -56,27 +58,22 @@ class SheetRun {
         ULONGLONG pressed;  // when
         Rest rest;
     };
-    static void CALLBACK Tick(HWND, UINT, UINT_PTR timer, DWORD);
     void OnTick();
     bool AnswerDialogs();
     void AnswerBox(HWND box);
-    void AnswerBrowser(HWND browser);
-    static bool SelectInBrowser(HWND browser, const std::wstring& folder);
+    void AnswerBrowser(HWND browser, HWND tree);
     bool Settled();
     void RunNextStep();
 
     HostSheet& m_sheet;
     SheetUser m_user;
     std::deque<SheetStep> m_steps;
-    std::deque<int> m_boxAnswers;
     std::deque<std::wstring> m_folders;
     std::vector<SeenBox> m_boxes;
     std::vector<HWND> m_answered;
     std::optional<HostError> m_error;
     bool m_inStep = false;
-    UINT_PTR m_timer = 0;
     std::optional<Marker> m_marker;
-    ULONGLONG m_notBefore = 0;
     ULONGLONG m_deadline = 0;
 };
 

@@ -2,22 +2,12 @@
 
 #include <commctrl.h>
 
-#include <vector>
-
 #include "resources/resource.h"
 #include "tools/driverhost/Text.h"
 
 namespace driverhost {
 
 namespace {
-
-std::wstring WindowText(HWND window) {
-    std::wstring text(static_cast<size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
-    const LRESULT length =
-        SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
-    text.resize(static_cast<size_t>(length));
-    return text;
-}
 
 void Notify(HWND control, WORD code) {
     SendMessageW(GetParent(control), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(control), code),
@@ -29,43 +19,36 @@ void ClickAt(HWND window, int x, int y) {
     SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
 }
 
-struct Search {
-    int id;
-    HWND found;
-};
-
 // Embedded dialogs are searched too; the page's own control comes first.
 HWND FindBelow(HWND page, int id) {
     if (const HWND own = GetDlgItem(page, id))
         return own;
-    Search search = {id, nullptr};
-    EnumChildWindows(
-        page,
-        [](HWND child, LPARAM parameter) -> BOOL {
-            auto& wanted = *reinterpret_cast<Search*>(parameter);
-            if (GetDlgCtrlID(child) != wanted.id)
-                return TRUE;
-            wanted.found = child;
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&search));
-    return search.found;
+    for (const HWND child : page ? Descendants(page) : std::vector<HWND>()) {
+        if (GetDlgCtrlID(child) == id)
+            return child;
+    }
+    return nullptr;
 }
 
 }  // namespace
 
+std::vector<HWND> Descendants(HWND window) {
+    std::vector<HWND> found;
+    EnumChildWindows(
+        window,
+        [](HWND child, LPARAM all) -> BOOL {
+            reinterpret_cast<std::vector<HWND>*>(all)->push_back(child);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
 HWND SheetUser::Find(int id) const {
-    const int current = m_sheet.CurrentPage();
-    if (const HWND shown = m_sheet.PageWindow(current)) {
-        if (const HWND control = FindBelow(shown, id))
-            return control;
-    }
-    for (int index = 0; index < m_sheet.PageCount(); ++index) {
-        const HWND page = index == current ? nullptr : m_sheet.PageWindow(index);
-        if (const HWND control = page ? FindBelow(page, id) : nullptr)
-            return control;
-    }
-    return nullptr;
+    HWND control = FindBelow(m_sheet.PageWindow(m_sheet.CurrentPage()), id);
+    for (int index = 0; !control && index < m_sheet.PageCount(); ++index)
+        control = FindBelow(m_sheet.PageWindow(index), id);
+    return control;
 }
 
 HWND SheetUser::Existing(int id) const {
@@ -85,34 +68,11 @@ HWND SheetUser::Usable(int id) const {
 }
 
 void SheetUser::ClickTab(int index) {
-    const HWND tabs = m_sheet.Tabs();
     RECT place = {};
-    if (!SendMessageW(tabs, TCM_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&place)))
+    if (!SendMessageW(m_sheet.Tabs(), TCM_GETITEMRECT, static_cast<WPARAM>(index),
+                      reinterpret_cast<LPARAM>(&place)))
         throw HostError{Format(L"the sheet has no page %d", index + 1)};
-    ClickAt(tabs, (place.left + place.right) / 2, (place.top + place.bottom) / 2);
-}
-
-void SheetUser::ClickTab(const std::wstring& title) {
-    for (int index = 0; index < m_sheet.PageCount(); ++index) {
-        if (m_sheet.TabText(index) == title)
-            return ClickTab(index);
-    }
-    throw HostError{Format(L"the sheet has no page \"%ls\"", title.c_str())};
-}
-
-void SheetUser::PressCtrlTab(bool backwards) {
-    keybd_event(VK_CONTROL, 0, 0, 0);
-    if (backwards)
-        keybd_event(VK_SHIFT, 0, 0, 0);
-    PressKey(VK_TAB);
-    if (backwards)
-        keybd_event(VK_SHIFT, 0, KEYEVENTF_KEYUP, 0);
-    keybd_event(VK_CONTROL, 0, KEYEVENTF_KEYUP, 0);
-}
-
-void SheetUser::PressKey(BYTE virtualKey) {
-    keybd_event(virtualKey, 0, 0, 0);
-    keybd_event(virtualKey, 0, KEYEVENTF_KEYUP, 0);
+    ClickAt(m_sheet.Tabs(), (place.left + place.right) / 2, (place.top + place.bottom) / 2);
 }
 
 void SheetUser::Type(int id, const std::wstring& text) {
@@ -135,11 +95,6 @@ void SheetUser::Click(int id) {
     const HWND button = Usable(id);
     SetFocus(button);
     SendMessageW(button, BM_CLICK, 0, 0);
-}
-
-void SheetUser::Check(int id, bool on) {
-    if (Checked(id) != on)
-        Click(id);
 }
 
 void SheetUser::Select(int id, const std::wstring& text) {
@@ -170,15 +125,12 @@ void SheetUser::Spin(int id, bool up, int times) {
 
 void SheetUser::CheckItem(int id, const std::wstring& text, bool on) {
     const HWND list = Usable(id);
-    LVFINDINFOW wanted = {};
-    wanted.flags = LVFI_STRING;
-    wanted.psz = text.c_str();
+    LVFINDINFOW wanted = {.flags = LVFI_STRING, .psz = text.c_str()};
     const LRESULT index =
         SendMessageW(list, LVM_FINDITEMW, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&wanted));
     if (index < 0)
         throw HostError{Format(L"control %d has no entry \"%ls\"", id, text.c_str())};
-    const bool checked = ListView_GetCheckState(list, static_cast<UINT>(index)) == 1;
-    if (checked == on)
+    if ((ListView_GetCheckState(list, static_cast<UINT>(index)) == 1) == on)
         return;
     SendMessageW(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(index), FALSE);
     RECT place = {LVIR_BOUNDS, 0, 0, 0};
@@ -186,30 +138,14 @@ void SheetUser::CheckItem(int id, const std::wstring& text, bool on) {
     ClickAt(list, place.left + 6, (place.top + place.bottom) / 2);
 }
 
-void SheetUser::SelectDriverOption(const std::string& keyword, LONG selection) {
-    OPTITEM* const item = m_sheet.Session().Tree().Find(keyword.c_str());
-    if (!item)
-        throw HostError{Format(L"the driver has no feature \"%hs\"", keyword.c_str())};
-    const LONG old = item->Sel;
-    item->Sel = selection;
-    item->Flags |= OPTIF_CHANGED;
-    m_sheet.TellCallback(CPSUICB_REASON_SEL_CHANGED, m_sheet.PageWindow(m_sheet.DriverPageIndex()), item,
-                         old);
-    m_sheet.RefreshTree();
-}
-
-void SheetUser::Ok() {
-    SendMessageW(GetDlgItem(m_sheet.Window(), IDOK), BM_CLICK, 0, 0);
-}
-
-void SheetUser::Cancel() {
-    SendMessageW(GetDlgItem(m_sheet.Window(), IDCANCEL), BM_CLICK, 0, 0);
+void SheetUser::Press(int button) {
+    SendMessageW(GetDlgItem(m_sheet.Window(), button), BM_CLICK, 0, 0);
 }
 
 void SheetUser::Apply() {
     if (!ApplyEnabled())
         throw HostError{L"the Apply button is disabled or missing"};
-    SendMessageW(GetDlgItem(m_sheet.Window(), IDC_SHEET_APPLY), BM_CLICK, 0, 0);
+    Press(IDC_SHEET_APPLY);
 }
 
 bool SheetUser::ApplyEnabled() const {
@@ -218,7 +154,10 @@ bool SheetUser::ApplyEnabled() const {
 }
 
 std::wstring SheetUser::Text(int id) const {
-    return WindowText(Existing(id));
+    const HWND control = Existing(id);
+    std::wstring text(static_cast<size_t>(SendMessageW(control, WM_GETTEXTLENGTH, 0, 0)), L'\0');
+    SendMessageW(control, WM_GETTEXT, text.size() + 1, reinterpret_cast<LPARAM>(text.data()));
+    return text;
 }
 
 bool SheetUser::Checked(int id) const {

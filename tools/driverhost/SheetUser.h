@@ -6,35 +6,32 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 #include "tools/driverhost/HostSheet.h"
 
 namespace driverhost {
+
+// Every window below, however deep.
+std::vector<HWND> Descendants(HWND window);
 
 class SheetUser {
   public:
     explicit SheetUser(HostSheet& sheet) : m_sheet(sheet) {}
     HostSheet& Sheet() { return m_sheet; }
 
-    void ClickTab(int index);                   // counting from 0
-    void ClickTab(const std::wstring& title);   // the tab's text
-    void PressCtrlTab(bool backwards = false);  // synthesised; takes effect when the sheet reads its messages
-    void PressKey(BYTE virtualKey);
+    void ClickTab(int index);  // counting from 0
 
     void Type(int id, const std::wstring& text);     // over what is there, one character after another
     void SetText(int id, const std::wstring& text);  // at once, as from the clipboard
     void Click(int id);
-    void Check(int id, bool on);                    // clicks a box when it is not as wanted
     void Select(int id, const std::wstring& text);  // an entry of a combo box
     void SelectIndex(int id, int index);
     void Spin(int id, bool up, int times = 1);                  // clicks half of an up-down control
     void CheckItem(int id, const std::wstring& text, bool on);  // an entry of a check list
 
-    // Picks an option on the driver's page: sets the selection and tells the plug-in's callback.
-    void SelectDriverOption(const std::string& keyword, LONG selection);
-
-    void Ok();
-    void Cancel();
+    void Ok() { Press(IDOK); }
+    void Cancel() { Press(IDCANCEL); }
     void Apply();  // HostError while the button is disabled
     bool ApplyEnabled() const;
 
@@ -48,6 +45,7 @@ class SheetUser {
   private:
     HWND Existing(int id) const;
     HWND Usable(int id) const;
+    void Press(int button);
 
     HostSheet& m_sheet;
 };

@@ -2,20 +2,20 @@
 
 #include <algorithm>
 #include <cstring>
-#include <cwchar>
 
-#include "support/RegistryKey.h"
+#include "support/Spooler.h"
 #include "tools/driverhost/Text.h"
+#include "tools/standins/common/Registry.h"
 
 namespace driverhost {
 
 namespace {
 
+using kzp::standins::Value;
+
 constexpr wchar_t kSettingsKey[] = L"SOFTWARE\\Brimlake\\KZPWriter\\3";
-constexpr wchar_t kUiValue[] = L"BRMK_KZPWRITER_UI_VALUE";
-constexpr wchar_t kMarginValue[] = L"KZP Margin";
 constexpr wchar_t kCustomForm[] = L"User Defined";
-constexpr wchar_t kNone[] = L"(none)";
+constexpr size_t kFontRecord = 64;
 
 std::wstring Margins(const BYTE* floats) {
     float margin[4];
@@ -25,185 +25,125 @@ std::wstring Margins(const BYTE* floats) {
                   static_cast<double>(margin[3]));
 }
 
-const wchar_t* TypeName(DWORD type) {
-    switch (type) {
-        case REG_SZ:
-            return L"REG_SZ";
-        case REG_DWORD:
-            return L"REG_DWORD";
-        case REG_BINARY:
-            return L"REG_BINARY";
-        default:
-            return L"other type";
-    }
-}
-
-std::wstring Hex(const std::vector<BYTE>& bytes) {
-    constexpr size_t kShown = 24;
-    std::wstring text;
-    for (size_t index = 0; index < std::min(bytes.size(), kShown); ++index)
-        text += Format(L"%02X ", bytes[index]);
-    if (bytes.size() > kShown)
-        text += L"...";
-    return text;
-}
-
-// "FONTLIST" is read as names.
 std::wstring FontNames(const std::vector<BYTE>& bytes) {
-    constexpr size_t kRecord = 64;
-    std::wstring names;
-    for (size_t at = 0; at + kRecord <= bytes.size(); at += kRecord) {
-        wchar_t name[kRecord / 2 + 1] = {};
-        std::memcpy(name, bytes.data() + at, kRecord);
-        names += (names.empty() ? L"" : L", ") + std::wstring(name);
+    std::wstring names = std::to_wstring(bytes.size() / kFontRecord) + L" fonts";
+    for (size_t at = 0; at + kFontRecord <= bytes.size(); at += kFontRecord) {
+        wchar_t name[kFontRecord / sizeof(wchar_t) + 1] = {};
+        std::memcpy(name, bytes.data() + at, kFontRecord);
+        names += (at ? L", " : L": ") + std::wstring(name);
     }
-    return Format(L"%lu fonts", static_cast<DWORD>(bytes.size() / kRecord)) + (names.empty() ? L"" : L": ") +
-           names;
+    return names;
 }
 
-std::wstring PrinterData(HANDLE printer, PCWSTR name, bool margins) {
-    std::vector<BYTE> bytes(256);
-    DWORD type = 0;
+// Type, byte count, contents.
+std::wstring Describe(const Value& value) {
+    const std::vector<BYTE>& bytes = value.bytes;
+    const std::wstring size = Format(L", %lu bytes: ", static_cast<DWORD>(bytes.size()));
+    if (value.type == REG_SZ)
+        return L"REG_SZ" + size + L"\"" + value.Text() + L"\"";
+    if (value.type == REG_DWORD)
+        return L"REG_DWORD" + size + std::to_wstring(value.Dword());
+    if (value.type == REG_BINARY)
+        return L"REG_BINARY" + size + (bytes.size() == 16 ? Margins(bytes.data()) : FontNames(bytes));
+    return Format(L"type %lu", value.type) + size;
+}
+
+void AddDeviceMode(State& state, DevModeBlock& block) {
+    const DEVMODEW& mode = *block.Public();
+    state[L"device mode: form"] = Format(L"\"%ls\" (paper %d)", mode.dmFormName, mode.dmPaperSize);
+    state[L"device mode: orientation"] =
+        mode.dmOrientation == DMORIENT_LANDSCAPE ? L"landscape" : L"portrait";
+    state[L"device mode: quality"] = Format(L"%d dpi", mode.dmPrintQuality);
+    state[L"device mode: color"] = mode.dmColor == DMCOLOR_COLOR ? L"color" : L"monochrome";
+    state[L"device mode: copies"] = std::to_wstring(mode.dmCopies);
+
+    struct {
+        DWORD size, signature, version, selections[2];
+    } head;
+    if (block.PlugInBytes() < sizeof head + 16)
+        return;
+    std::memcpy(&head, block.PlugInPart(), sizeof head);
+    state[L"device mode: private size"] = Format(L"%lu bytes", head.size);
+    state[L"device mode: private signature"] =
+        Format(L"0x%08lX (in memory \"%.4hs\")", head.signature, block.PlugInPart() + 4);
+    state[L"device mode: private version"] = Format(L"0x%08lX", head.version);
+    state[L"device mode: option selections"] = Format(L"%lu, %lu", head.selections[0], head.selections[1]);
+    state[L"device mode: margins"] = Margins(block.PlugInPart() + sizeof head);
+}
+
+void AddPrinterData(State& state, HANDLE printer) {
+    for (const wchar_t* const name : {L"BRMK_KZPWRITER_UI_VALUE", L"KZP Margin"}) {
+        Value value = {.bytes = std::vector<BYTE>(256)};
+        DWORD needed = 0;
+        const DWORD error = GetPrinterDataW(printer, kzp::SpoolerText(name), &value.type, value.bytes.data(),
+                                            static_cast<DWORD>(value.bytes.size()), &needed);
+        value.bytes.resize(std::min<size_t>(needed, value.bytes.size()));
+        state[Format(L"printer data: %ls", name)] =
+            error ? Format(L"(none: error %lu)", error) : Describe(value);
+    }
+}
+
+void AddForm(State& state, HANDLE printer) {
+    BYTE bytes[512];
     DWORD needed = 0;
-    const DWORD error = GetPrinterDataW(printer, const_cast<PWSTR>(name), &type, bytes.data(),
-                                        static_cast<DWORD>(bytes.size()), &needed);
-    if (error != ERROR_SUCCESS)
-        return error == ERROR_FILE_NOT_FOUND ? std::wstring(kNone) : Win32Error(error);
-    bytes.resize(std::min<size_t>(needed, bytes.size()));
-    if (margins && bytes.size() == 16)
-        return Format(L"%ls, 16 bytes: ", TypeName(type)) + Margins(bytes.data());
-    return DescribeValue(type, bytes);
+    std::wstring& row = state[Format(L"form: %ls", kCustomForm)] = L"(none)";
+    if (!GetFormW(printer, kzp::SpoolerText(kCustomForm), 1, bytes, sizeof bytes, &needed))
+        return;
+    const auto& form = *reinterpret_cast<const FORM_INFO_1W*>(bytes);
+    row = Format(L"%.3f x %.3f mm, imageable %.3f, %.3f to %.3f, %.3f mm, flags %lu", form.Size.cx / 1000.0,
+                 form.Size.cy / 1000.0, form.ImageableArea.left / 1000.0, form.ImageableArea.top / 1000.0,
+                 form.ImageableArea.right / 1000.0, form.ImageableArea.bottom / 1000.0, form.Flags);
 }
 
-std::wstring CustomForm(HANDLE printer) {
-    DWORD needed = 0;
-    auto* const name = const_cast<PWSTR>(kCustomForm);
-    GetFormW(printer, name, 1, nullptr, 0, &needed);
-    std::vector<BYTE> bytes(needed);
-    if (needed < sizeof(FORM_INFO_1W) || !GetFormW(printer, name, 1, bytes.data(), needed, &needed))
-        return kNone;
-    const auto& form = *reinterpret_cast<const FORM_INFO_1W*>(bytes.data());
-    return Format(L"%.3f x %.3f mm, imageable %.3f, %.3f to %.3f, %.3f mm, flags %lu", form.Size.cx / 1000.0,
-                  form.Size.cy / 1000.0, form.ImageableArea.left / 1000.0, form.ImageableArea.top / 1000.0,
-                  form.ImageableArea.right / 1000.0, form.ImageableArea.bottom / 1000.0, form.Flags);
-}
-
-void Append(State& state, State more) {
-    state.insert(state.end(), more.begin(), more.end());
+void AddItems(State& state, const DriverTree& tree, const wchar_t* prefix) {
+    for (const OPTITEM& item : tree.All())
+        state[prefix + Format(L"%hs", KeywordOf(item).c_str())] =
+            SelectedText(item) + (item.pOptType ? Format(L" (%ld)", item.Sel) : L"") +
+            (IsHidden(item) ? L" hidden" : L"") +
+            (item.Flags & OPTIF_HAS_POIEXT ? Format(L" help %lu", item.HelpIndex) : L"");
 }
 
 }  // namespace
 
-std::wstring DescribeValue(DWORD type, const std::vector<BYTE>& bytes) {
-    std::wstring text = Format(L"%ls, %lu bytes: ", TypeName(type), static_cast<DWORD>(bytes.size()));
-    if (type == REG_SZ) {
-        std::wstring value(bytes.size() / sizeof(wchar_t), L'\0');
-        std::memcpy(value.data(), bytes.data(), value.size() * sizeof(wchar_t));
-        value.resize(std::wcslen(value.c_str()));
-        return text + L"\"" + value + L"\"";
-    }
-    if (type == REG_DWORD && bytes.size() == sizeof(DWORD)) {
-        DWORD value;
-        std::memcpy(&value, bytes.data(), sizeof value);
-        return text + Format(L"%lu", value);
-    }
-    return text + Hex(bytes);
-}
-
-State DeviceModeState(const DevModeBlock& block) {
-    const wchar_t* const section = L"device mode";
-    const DEVMODEW& mode = *block.Public();
-    State state = {
-        {section, L"form", Format(L"\"%ls\" (paper %d)", mode.dmFormName, mode.dmPaperSize)},
-        {section, L"orientation", mode.dmOrientation == DMORIENT_LANDSCAPE ? L"landscape" : L"portrait"},
-        {section, L"quality", Format(L"%d dpi", mode.dmPrintQuality)},
-        {section, L"color", mode.dmColor == DMCOLOR_COLOR ? L"color" : L"monochrome"},
-        {section, L"copies", Format(L"%d", mode.dmCopies)},
-    };
-    const BYTE* const own = block.PlugInPart();
-    DWORD head[5];
-    if (block.PlugInBytes() < 36)
-        return state;
-    std::memcpy(head, own, sizeof head);
-    const std::string letters(reinterpret_cast<const char*>(own) + 4, 4);
-    const auto used = std::count_if(own + 36, own + block.PlugInBytes(), [](BYTE byte) { return byte != 0; });
-    Append(state, {
-                      {section, L"private size", Format(L"%lu bytes", head[0])},
-                      {section, L"private signature",
-                       Format(L"0x%08lX (in memory \"%hs\")", head[1], letters.c_str())},
-                      {section, L"private version",
-                       Format(L"%lu.%lu.%lu.%lu", head[2] >> 24, head[2] >> 16 & 0xFF, head[2] >> 8 & 0xFF,
-                              head[2] & 0xFF)},
-                      {section, L"option selections", Format(L"%lu, %lu", head[3], head[4])},
-                      {section, L"margins", Margins(own + 20)},
-                      {section, L"reserved bytes in use", Format(L"%ld", static_cast<LONG>(used))},
-                  });
-    return state;
-}
-
 State SettingsState() {
     State state;
-    HKEY opened = nullptr;
-    RegOpenKeyExW(HKEY_CURRENT_USER, kSettingsKey, 0, KEY_READ, &opened);
-    const kzp::UniqueHandle<kzp::RegistryKeyTraits> key(opened);
-    for (DWORD index = 0; key; ++index) {
-        wchar_t name[256];
-        DWORD characters = 256;
-        DWORD type = 0;
-        DWORD bytes = 0;
-        if (RegEnumValueW(key.Get(), index, name, &characters, nullptr, &type, nullptr, &bytes) !=
-            ERROR_SUCCESS)
-            break;
-        std::vector<BYTE> data(bytes);
-        if (RegQueryValueExW(key.Get(), name, nullptr, &type, data.data(), &bytes) != ERROR_SUCCESS)
-            continue;
-        data.resize(std::min<size_t>(bytes, data.size()));
-        const bool fonts = wcscmp(name, L"FONTLIST") == 0 && type == REG_BINARY;
-        std::wstring value = DescribeValue(type, data);
-        if (fonts)
-            value = Format(L"REG_BINARY, %lu bytes: ", bytes) + FontNames(data);
-        state.push_back({L"settings", name, std::move(value)});
+    const auto key = kzp::standins::OpenKey(HKEY_CURRENT_USER, kSettingsKey);
+    for (const std::wstring& name : kzp::standins::ValueNames(key)) {
+        if (const auto value = kzp::standins::ReadValue(key, name))
+            state[L"settings: " + name] = Describe(*value);
     }
-    std::sort(state.begin(), state.end(),
-              [](const StateRow& a, const StateRow& b) { return a.name < b.name; });
-    return state;
-}
-
-State PrinterState(HANDLE printer) {
-    return {
-        {L"printer data", kUiValue, PrinterData(printer, kUiValue, false)},
-        {L"printer data", kMarginValue, PrinterData(printer, kMarginValue, true)},
-        {L"form", kCustomForm, CustomForm(printer)},
-    };
-}
-
-State ItemsState(const DriverTree& driver, const DriverTree& plugIn) {
-    State state;
-    const auto add = [&](const DriverTree& tree, const wchar_t* prefix) {
-        for (const OPTITEM& item : tree.All()) {
-            std::wstring value = SelectedText(item);
-            if (item.pOptType)
-                value += Format(L" (%ld)", item.Sel);
-            if (IsHidden(item))
-                value += L" hidden";
-            if (item.Flags & OPTIF_HAS_POIEXT)
-                value += Format(L" help %lu", item.HelpIndex);
-            state.push_back({L"driver items", prefix + FromAnsi(KeywordOf(item).c_str()), std::move(value)});
-        }
-    };
-    add(driver, L"");
-    add(plugIn, L"plug-in: ");
     return state;
 }
 
 State CaptureState(DocumentSession& session) {
-    State state;
+    State state = SettingsState();
     if (session.Mode() == OEMCUIP_DOCPROP)
-        Append(state, DeviceModeState(session.DevMode()));
-    Append(state, SettingsState());
-    Append(state, PrinterState(session.Printer()));
-    Append(state, ItemsState(session.Tree(), session.PlugInTree()));
+        AddDeviceMode(state, session.DevMode());
+    AddPrinterData(state, session.Printer());
+    AddForm(state, session.Printer());
+    AddItems(state, session.Tree(), L"driver items: ");
+    AddItems(state, session.PlugInTree(), L"driver items: plug-in: ");
     return state;
+}
+
+void PrintState(const State& state) {
+    for (const auto& [name, value] : state)
+        Say(Format(L"%-38ls | %ls", name.c_str(), value.c_str()));
+}
+
+void PrintChanges(const State& before, const State& after) {
+    State all = before;
+    all.insert(after.begin(), after.end());
+    const auto text = [](const State& state, const std::wstring& name) {
+        const auto row = state.find(name);
+        return row == state.end() ? std::wstring(L"-") : row->second;
+    };
+    Say(Format(L"%-38ls | %-60ls | %ls", L"changed", L"before", L"after"));
+    for (const auto& [name, value] : all) {
+        const std::wstring was = text(before, name), is = text(after, name);
+        if (was != is)
+            Say(Format(L"%-38ls | %-60ls | %ls", name.c_str(), was.c_str(), is.c_str()));
+    }
 }
 
 }  // namespace driverhost

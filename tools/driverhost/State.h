@@ -1,35 +1,24 @@
-// What the plug-in leaves behind, in readable form: the device mode, the user's settings, the printer's data,
-// the custom form, the driver's items.
+// What the plug-in leaves behind, in readable form.
 #pragma once
 
+#include <map>
 #include <string>
-#include <vector>
 
 #include "tools/driverhost/DocumentSession.h"
 
 namespace driverhost {
 
-struct StateRow {
-    std::wstring section;  // "device mode", "settings", "printer data", "form", "driver items"
-    std::wstring name;
-    std::wstring value;
-};
-using State = std::vector<StateRow>;
+// "device mode: form", "settings: DefaultDir", "printer data: ...", "form: ...", "driver items: ..." and what
+// is there.
+using State = std::map<std::wstring, std::wstring>;
 
-State DeviceModeState(const DevModeBlock& block);
 State SettingsState();  // every value below the user's key, with type and byte count
-State PrinterState(HANDLE printer);
-State ItemsState(const DriverTree& driver, const DriverTree& plugIn);
 
-// All of them for an open session.
+// All of it for an open session.
 State CaptureState(DocumentSession& session);
 
-// The whole state, or the sections whose name begins with `section`.
-void PrintState(const State& state, const std::wstring& section = {});
-// A table of what differs; answers the number of rows.
-int PrintChanges(const State& before, const State& after);
-
-// A registry or printer-data value: type, byte count, contents.
-std::wstring DescribeValue(DWORD type, const std::vector<BYTE>& bytes);
+void PrintState(const State& state);
+// A table of what differs.
+void PrintChanges(const State& before, const State& after);
 
 }  // namespace driverhost

@@ -15,7 +15,6 @@ std::wstring Format(const wchar_t* format, ...);
 
 std::string Utf8(std::wstring_view text);
 std::wstring FromUtf8(std::string_view text);
-std::wstring FromAnsi(PCSTR text);
 
 // Ends the running command; the text is for the person at the console.
 struct HostError : std::runtime_error {
@@ -23,14 +22,11 @@ struct HostError : std::runtime_error {
     std::wstring text;
 };
 
-// "error 5: Access denied."
-std::wstring Win32Error(DWORD code);
+// "cannot load x.dll: error 126: Module not found.", of the calling thread's last error.
+HostError LastError(const std::wstring& what);
 
 // The words of a command line: separated by blanks, a word in double quotes keeps its blanks.
-std::vector<std::wstring> Words(std::wstring_view line);
-
-// A whole number with an optional sign; HostError names `what` when it is none.
-LONG Number(const std::wstring& text, const wchar_t* what);
+std::vector<std::wstring> Words(const std::wstring& line);
 
 // Writes one line, in UTF-8, to the standard output at once.
 void Say(const std::wstring& line);

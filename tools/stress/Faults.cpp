@@ -45,8 +45,7 @@ void ShowItemsAndPages(const PlugIn& plugIn) {
 }
 
 void PrintOne(const PlugIn& plugIn) {
-    const auto object = plugIn.CreateObject();
-    for (const auto& call : driverhost::PrintDocument(object.Get(), nullptr, L"A document").calls)
+    for (const auto& call : driverhost::PrintDocument(plugIn, nullptr, L"A document").calls)
         EXPECT_EQ(S_OK, call.result) << "event " << call.event << ": the document is lost";
 }
 
