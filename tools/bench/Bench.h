@@ -4,11 +4,13 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "tests/support/Files.h"
+#include "tests/support/HostedSheet.h"
 #include "tests/support/PlugInDll.h"
 #include "tests/support/ScratchRegistry.h"
 
@@ -25,16 +27,13 @@ void MeasureFonts();
 void BeginChapter(const char* title, const char* explanation, const char* ours, const char* bare);
 
 inline double Median(std::vector<double> values) {
-    if (values.empty())
-        return 0;
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
 }
 
 // Microseconds that `work` takes.
-template <class Work>
-double Time(Work&& work) {
+inline double Time(const std::function<void()>& work) {
     LARGE_INTEGER frequency, before, after;
     QueryPerformanceFrequency(&frequency);
     QueryPerformanceCounter(&before);
@@ -45,43 +44,37 @@ double Time(Work&& work) {
 }
 
 // Medians, in microseconds; what drifts during the run does not show in the ratio, the median of the rounds'
-// own.
-struct Comparison {
-    double ours;
-    double bare;
-    double ratio;
-};
-
-// `limit` is the largest ratio (of a single figure: the largest number of microseconds) that is still right,
-// 0 when there is none.
-void Report(const char* what, const Comparison& comparison, double limit);
-void Report(const char* what, double microseconds, double limit);
+// own. `limit` is the largest ratio (of a single figure: the largest number of microseconds) that is still
+// right, 0 when there is none.
+void Report(const char* what, double ours, double limit, double bare = 0, double ratio = 0);
 
 // Times both twice in every round, in the order ours-bare-bare-ours and the other way round in turn;
-// `between` runs untimed after each. A result above `limit` is not believed at once: it must stand after four
-// times as many rounds, for on a busy machine few rounds say little.
-template <class Ours, class Bare, class Between>
-void Compare(const char* what, size_t rounds, double limit, Ours&& ours, Bare&& bare, Between&& between) {
+// `prepare` (told whether for ours) and `finish` run untimed around each. A result above `limit` is not
+// believed at once: it must stand after four times as many rounds, for on a busy machine few rounds say
+// little.
+inline void Compare(
+    const char* what, size_t rounds, double limit, const std::function<void()>& ours,
+    const std::function<void()>& bare, const std::function<void()>& finish = [] {},
+    const std::function<void(bool isOurs)>& prepare = [](bool) {}) {
     std::vector<double> ourTimes, bareTimes, ratios;
-    const auto time = [&](auto& work, std::vector<double>& times) {
-        times.push_back(Time(work));
-        between();
+    const auto time = [&](bool isOurs) {
+        std::vector<double>& times = isOurs ? ourTimes : bareTimes;
+        prepare(isOurs);
+        times.push_back(Time(isOurs ? ours : bare));
+        finish();
         return times.back();
     };
-    time(ours, ratios);  // first calls load and cache what later ones find
-    time(bare, ratios);
-    ratios.clear();
+    time(true);  // first calls load and cache what later ones find
+    time(false);
     while (ratios.size() < rounds || (limit != 0 && ratios.size() < 4 * rounds && Median(ratios) > limit)) {
         const bool oursFirst = ratios.size() % 2 == 0;
-        double ourSum = 0, bareSum = 0;
+        double sums[2] = {};
         for (const bool isOurs : {oursFirst, !oursFirst, !oursFirst, oursFirst})
-            (isOurs ? ourSum : bareSum) += isOurs ? time(ours, ourTimes) : time(bare, bareTimes);
-        ratios.push_back(ourSum / bareSum);
+            sums[isOurs] += time(isOurs);
+        ratios.push_back(sums[true] / sums[false]);
     }
-    Report(what, {Median(ourTimes), Median(bareTimes), Median(ratios)}, limit);
+    Report(what, Median(ourTimes), limit, Median(bareTimes), Median(ratios));
 }
-
-inline void Nothing() {}
 
 inline void Require(bool truth, const char* complaint) {
     if (!truth)
@@ -97,24 +90,12 @@ inline void HandlePendingMessages() {
 }
 
 // What a program with a user interface has before a plug-in comes: a window on the screen.
-class ShownWindow {
-  public:
+struct ShownWindow : driverhost::UniqueWindow {
     ShownWindow()
-        : m_window(CreateWindowExW(0, L"STATIC", L"Application", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 20,
-                                   600, 480, nullptr, nullptr, nullptr, nullptr)) {
+        : UniqueHandle(CreateWindowExW(0, L"STATIC", L"Application", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 20,
+                                       600, 480, nullptr, nullptr, nullptr, nullptr)) {
         HandlePendingMessages();
     }
-    ~ShownWindow() {
-        DestroyWindow(m_window);
-        HandlePendingMessages();
-    }
-    ShownWindow(const ShownWindow&) = delete;
-    ShownWindow& operator=(const ShownWindow&) = delete;
-
-    HWND Get() const { return m_window; }
-
-  private:
-    HWND m_window;
 };
 
 }  // namespace kzp::bench

@@ -4,7 +4,6 @@
 #include <prsht.h>
 
 #include "tools/bench/Bench.h"
-#include "tools/driverhost/SheetRun.h"
 #include "tools/standins/spooler/SpoolerControl.h"
 
 namespace kzp::bench {
@@ -26,11 +25,10 @@ LONG_PTR CALLBACK Collect(HANDLE, UINT function, LPARAM first, LPARAM) {
 
 void CollectPages(IPrintOemUI2* object) {
     g_pages.clear();
-    PROPSHEETUI_INFO info = {};
-    info.cbSize = sizeof info;
-    info.Version = PROPSHEETUI_INFO_VERSION;
-    info.Reason = PROPSHEETUI_REASON_INIT;
-    info.pfnComPropSheet = Collect;
+    PROPSHEETUI_INFO info = {.cbSize = sizeof info,
+                             .Version = PROPSHEETUI_INFO_VERSION,
+                             .Reason = PROPSHEETUI_REASON_INIT,
+                             .pfnComPropSheet = Collect};
     Require(SUCCEEDED(object->DocumentPropertySheets(&info, 0)) && g_pages.size() == 2,
             "the plug-in does not add its two pages");
 }
@@ -57,29 +55,25 @@ HWND OpenSheet(HWND owner, const std::vector<PROPSHEETPAGEW>& pages) {
 
 // A person waits for this: the driver's own page with the embedded dialog, its tree, and every tab visited.
 double TimeWholeSheet() {
-    driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
-    driverhost::DocumentSession session(plugIn, {});
-    driverhost::HostSheet sheet(session);
-    driverhost::SheetRun run(sheet);
-    run.Add([](driverhost::SheetUser& user) { user.Cancel(); });
-    return Time([&] { run.Show(); });
+    test::HostedSheet host;
+    host.run.Add([](driverhost::SheetUser& user) { user.Cancel(); });
+    return Time([&] { host.run.Show(); });
 }
 
 }  // namespace
 
 void MeasurePages() {
-    BeginChapter(
-        "Opening the two pages",
-        "Opening a sheet and showing both pages, beside the same templates without code. The plug-in's "
-        "share: "
-        "texts from the resource module, stored settings, the printer's forms, the documents folder. The key "
-        "presses that visit all tabs belong to the driver's whole sheet, which stands by itself.",
-        "plug-in", "no code");
+    BeginChapter("Opening the two pages",
+                 "Opening a sheet and showing both pages, beside the same templates without code. The "
+                 "plug-in's share: texts from the resource module, stored settings, the printer's forms, the "
+                 "documents folder. The key "
+                 "presses that visit all tabs belong to the driver's whole sheet, which stands by itself.",
+                 "plug-in", "no code");
     const test::ScratchRegistry registry;
     standins::spooler::SetUpPrinter({.name = driverhost::kDefaultPrinter});
     {
         const ShownWindow window;
-        driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+        const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
         driverhost::DocumentSession session(plugIn, {});
         session.PresentItems();
         // The driver's page comes first: with it the sheet counts as visited, and no keys are pressed.

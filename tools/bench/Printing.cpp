@@ -8,7 +8,8 @@
 #include <tlhelp32.h>
 
 #include "core/SignalMapping.h"
-#include "support/UniqueHandle.h"
+#include "support/RegistryKey.h"
+#include "support/WindowsVersion.h"
 #include "tools/bench/Bench.h"
 #include "tools/standins/companions/Companions.h"
 
@@ -36,43 +37,27 @@ struct Scene {
 void BareRead(const wchar_t* path, const wchar_t* name) {
     BYTE value[520];
     DWORD bytes = sizeof value;
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path, 0, KEY_READ, &key) != ERROR_SUCCESS)
-        return;
-    RegQueryValueExW(key, name, nullptr, nullptr, value, &bytes);
-    RegCloseKey(key);
+    RegistryKey::Open(HKEY_LOCAL_MACHINE, path, KEY_READ).Query(name, value, &bytes);
 }
 
-HKEY BareSettings() {
-    HKEY key = nullptr;
-    RegCreateKeyExW(HKEY_CURRENT_USER, kSettingsKey, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &key,
-                    nullptr);
-    return key;
-}
-
-void BareWrite(const wchar_t* name, DWORD value) {
-    const HKEY key = BareSettings();
-    RegSetValueExW(key, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&value), sizeof value);
-    RegCloseKey(key);
+RegistryKey BareSettings() {
+    return RegistryKey::Create(HKEY_CURRENT_USER, kSettingsKey, KEY_READ | KEY_WRITE);
 }
 
 // Whether the newer form of the gate applies.
 void BareQueueTest() {
-    OSVERSIONINFOW version = {};
-    version.dwOSVersionInfoSize = sizeof version;
-    GetVersionExW(&version);
+    (void)WindowsVersion();
     BareRead(kQueueKey, L"Attributes");
 }
 
 // Up to the process of that name, or to the end without one.
 DWORD BareSearch(const wchar_t* name) {
-    const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    const UniqueFile snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     PROCESSENTRY32W entry = {};
     entry.dwSize = sizeof entry;
-    BOOL more = Process32FirstW(snapshot, &entry);
+    BOOL more = Process32FirstW(snapshot.Get(), &entry);
     while (more && _wcsicmp(entry.szExeFile, name) != 0)
-        more = Process32NextW(snapshot, &entry);
-    CloseHandle(snapshot);
+        more = Process32NextW(snapshot.Get(), &entry);
     return more ? entry.th32ProcessID : 0;
 }
 
@@ -94,22 +79,19 @@ void BareProcessGate() {
 
 void BareMappingGate() {
     BareQueueTest();
-    const HANDLE mapping = OpenFileMappingW(FILE_MAP_ALL_ACCESS, FALSE, kSignalMappingName);
-    if (!mapping)
-        return;
-    UnmapViewOfFile(MapViewOfFile(mapping, FILE_MAP_ALL_ACCESS, 0, 0, kSignalMappingBytes));
-    CloseHandle(mapping);
+    const UniqueKernelHandle mapping(OpenFileMappingW(FILE_MAP_ALL_ACCESS, FALSE, kSignalMappingName));
+    if (mapping)
+        UnmapViewOfFile(MapViewOfFile(mapping.Get(), FILE_MAP_ALL_ACCESS, 0, 0, kSignalMappingBytes));
 }
 
 void BareBaseName(DWORD pid) {
     DWORD pids[1024], bytes = 0;
     EnumProcesses(pids, sizeof pids, &bytes);
-    const HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid);
+    const UniqueKernelHandle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, pid));
     HMODULE module = nullptr;
-    EnumProcessModules(process, &module, sizeof(HMODULE), &bytes);
+    EnumProcessModules(process.Get(), &module, sizeof(HMODULE), &bytes);
     wchar_t name[MAX_PATH];
-    GetModuleBaseNameW(process, module, name, MAX_PATH);
-    CloseHandle(process);
+    GetModuleBaseNameW(process.Get(), module, name, MAX_PATH);
 }
 
 void BareLaunch(const wchar_t* name, const std::wstring& program) {
@@ -118,12 +100,11 @@ void BareLaunch(const wchar_t* name, const std::wstring& program) {
     BareRead(kProductKey, L"HelpFilePath");
     if (program.empty())
         return;
-    SHELLEXECUTEINFOW start = {};
-    start.cbSize = sizeof start;
-    start.fMask = SEE_MASK_NOCLOSEPROCESS;
-    start.lpVerb = L"open";
-    start.lpFile = program.c_str();
-    start.nShow = SW_SHOWNOACTIVATE;
+    SHELLEXECUTEINFOW start = {.cbSize = sizeof start,
+                               .fMask = SEE_MASK_NOCLOSEPROCESS,
+                               .lpVerb = L"open",
+                               .lpFile = program.c_str(),
+                               .nShow = SW_SHOWNOACTIVATE};
     ShellExecuteExW(&start);
     CloseHandle(start.hProcess);
 }
@@ -132,17 +113,15 @@ void BareStartOfDocument(const Scene& scene) {
     const DWORD pid = GetCurrentProcessId();
     DWORD session = 0;
     ProcessIdToSessionId(pid, &session);
-    BareWrite(L"SessionId", session);
+    BareSettings().SetDword(L"SessionId", session);
     BareBaseName(pid);
-    BareWrite(L"ID", pid);
+    BareSettings().SetDword(L"ID", pid);
     BareQueueTest();
     BareLaunch(kInteraction, scene.interaction);
 
     BYTE choice[2048];
     DWORD bytes = sizeof choice;
-    const HKEY key = BareSettings();
-    RegQueryValueExW(key, L"LaunchKZPView", nullptr, nullptr, choice, &bytes);
-    RegCloseKey(key);
+    BareSettings().Query(L"LaunchKZPView", choice, &bytes);
     BareRead(kViewerKey, L"Location");
     if (scene.viewer.empty())
         return;
@@ -164,16 +143,9 @@ struct PrintingProgram {
     const test::ScratchRegistry registry;
     const test::TemporaryFolder folder;
     const test::PlugInDll dll;
-    IPrintOemUI2* const object = dll.Create();
+    const driverhost::ComRef<IPrintOemUI2> object = dll.CreateObject();
 
-    PrintingProgram() {
-        Require(object, "the plug-in serves no object");
-        SetQueue(PRINTER_ATTRIBUTE_LOCAL);
-    }
-    ~PrintingProgram() { object->Release(); }
-    PrintingProgram(const PrintingProgram&) = delete;
-    PrintingProgram& operator=(const PrintingProgram&) = delete;
-
+    PrintingProgram() { SetQueue(PRINTER_ATTRIBUTE_LOCAL); }
     static void SetQueue(DWORD attributes) {
         test::WriteDword(HKEY_LOCAL_MACHINE, kQueueKey, L"Attributes", attributes);
     }
@@ -187,18 +159,15 @@ struct PrintingProgram {
 void MeasureDevMode() {
     BeginChapter("DevMode",
                  "DevMode (the record's size) beside the platform calls of its gate: the process and window "
-                 "search of a "
-                 "spooled queue, and the named mapping of a direct one.",
+                 "search of a spooled queue, and the named mapping of a direct one.",
                  "plug-in", "bare calls");
     const PrintingProgram program;
-    const auto measure = [&](const char* what, auto&& bare) {
-        const auto ask = [&] {
-            OEMDMPARAM parameter = {};
-            parameter.cbSize = sizeof parameter;
-            program.object->DevMode(OEMDM_SIZE, &parameter);
-        };
-        Compare(what, 400, kLimit, ask, bare, Nothing);
+    const auto ask = [&] {
+        OEMDMPARAM parameter = {};
+        parameter.cbSize = sizeof parameter;
+        program.object->DevMode(OEMDM_SIZE, &parameter);
     };
+    const auto measure = [&](const char* what, void (*bare)()) { Compare(what, 400, kLimit, ask, bare); };
     measure("spooled queue, companion absent", BareProcessGate);
     {
         const auto companion = standins::StartCompanion(program.Place(kInteraction, standins::kShowsWindow));
@@ -215,13 +184,12 @@ void MeasureDevMode() {
 }
 
 void MeasureDocumentEvents() {
-    BeginChapter(
-        "Document events",
-        "A start of a document beside the platform calls that it has to make, in turn in one run; ratio is "
-        "the "
-        "median of the rounds' own ratios. Launched: both companions are started and ended every time. An "
-        "ignored event calls nothing.",
-        "plug-in", "bare calls");
+    BeginChapter("Document events",
+                 "A start of a document beside the platform calls that it has to make, in turn in one run; "
+                 "ratio is the median of the rounds' own ratios. Launched: both companions are started and "
+                 "ended every time. An "
+                 "ignored event calls nothing.",
+                 "plug-in", "bare calls");
     const PrintingProgram program;
     const auto send = [&](INT event) {
         INT result = 0;
@@ -231,7 +199,7 @@ void MeasureDocumentEvents() {
     Scene scene;
     const auto bare = [&] { BareStartOfDocument(scene); };
     test::WriteText(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView", L"YES");
-    Compare("start of a document, companions absent", 250, kLimit, start, bare, Nothing);
+    Compare("start of a document, companions absent", 250, kLimit, start, bare);
 
     test::WriteText(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", program.folder.File(L"KZPWriter.chm"));
     test::WriteText(HKEY_LOCAL_MACHINE, kViewerKey, L"Location", program.folder.Path() + L"\\");
@@ -241,7 +209,7 @@ void MeasureDocumentEvents() {
     Compare("start of a document, companions launched", 30, kLimit, start, bare, EndCompanions);
 
     start();
-    Compare("start of a document, companions running", 250, kLimit, start, bare, Nothing);
+    Compare("start of a document, companions running", 250, kLimit, start, bare);
     EndCompanions();
 
     const double ignored = Time([&] {

@@ -25,17 +25,6 @@ std::string Duration(double microseconds) {
     return text;
 }
 
-void PrintRow(const char* what, double ours, const std::string& bare, const std::string& ratio,
-              const std::string& limit, bool over) {
-    std::printf("| %s | %s | %s | %s | %s | %s |\n", what, Duration(ours).c_str(), bare.c_str(),
-                ratio.c_str(), limit.c_str(),
-                limit.empty() ? ""
-                : over        ? "OVER"
-                              : "within");
-    std::fflush(stdout);
-    g_over = g_over || over;
-}
-
 std::string Ratio(double value) {
     char text[32];
     _snprintf(text, sizeof text, "%.3f", value);
@@ -43,10 +32,7 @@ std::string Ratio(double value) {
 }
 
 void LoadCreateRelease() {
-    const test::PlugInDll dll;
-    IPrintOemUI2* const object = dll.Create();
-    Require(object, "the plug-in serves no object");
-    object->Release();
+    (void)test::PlugInDll().CreateObject();
 }
 
 }  // namespace
@@ -56,21 +42,23 @@ void BeginChapter(const char* title, const char* explanation, const char* ours, 
                 explanation, ours, bare);
 }
 
-void Report(const char* what, const Comparison& comparison, double limit) {
-    PrintRow(what, comparison.ours, Duration(comparison.bare), Ratio(comparison.ratio),
-             limit != 0 ? Ratio(limit) : "", limit != 0 && comparison.ratio > limit);
-}
-
-void Report(const char* what, double microseconds, double limit) {
-    PrintRow(what, microseconds, "", "", limit != 0 ? Duration(limit) : "",
-             limit != 0 && microseconds > limit);
+void Report(const char* what, double ours, double limit, double bare, double ratio) {
+    const bool isRatio = ratio != 0;
+    const bool over = limit != 0 && (isRatio ? ratio : ours) > limit;
+    const std::string limitText = limit == 0 ? "" : isRatio ? Ratio(limit) : Duration(limit);
+    std::printf("| %s | %s | %s | %s | %s | %s |\n", what, Duration(ours).c_str(),
+                isRatio ? Duration(bare).c_str() : "", isRatio ? Ratio(ratio).c_str() : "", limitText.c_str(),
+                limit == 0 ? ""
+                : over     ? "OVER"
+                           : "within");
+    std::fflush(stdout);
+    g_over = g_over || over;
 }
 
 void MeasureLoading() {
     BeginChapter("Loading",
                  "Load, create the object, release it and unload, beside loading and unloading a DLL with "
-                 "the same entry "
-                 "points and nothing behind them; in a process that already shows a window.",
+                 "the same entry points and nothing behind them; in a process that already shows a window.",
                  "plug-in", "empty DLL");
     const ShownWindow window;
     const std::wstring path = test::BesideExe(L"empty.dll");
@@ -78,10 +66,9 @@ void MeasureLoading() {
         const UniqueModule module(LoadLibraryW(path.c_str()));
         Require(module && GetProcAddress(module.Get(), "DllGetClassObject"), "empty.dll does not load");
     };
-    Compare("load, create, release, unload", kLoadingRounds, kLoadingLimit, LoadCreateRelease, loadEmpty,
-            Nothing);
+    Compare("load, create, release, unload", kLoadingRounds, kLoadingLimit, LoadCreateRelease, loadEmpty);
     const test::PlugInDll loaded;
-    Compare("the same while it is loaded already", kLoadingRounds, 0, LoadCreateRelease, loadEmpty, Nothing);
+    Compare("the same while it is loaded already", kLoadingRounds, 0, LoadCreateRelease, loadEmpty);
 }
 
 }  // namespace kzp::bench
