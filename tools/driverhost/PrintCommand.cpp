@@ -87,6 +87,7 @@ PrintOutcome PrintDocument(const PlugIn& plugIn, HANDLE printer, const std::wstr
 
     DOCEVENT_CREATEDCPRE creation = {nullptr, const_cast<PWSTR>(kDefaultPrinter), nullptr, FALSE};
     PDEVMODEW chosen = nullptr;
+    // The answer is a pointer, too. NOLINTNEXTLINE(bugprone-sizeof-expression)
     tell(DOCUMENTEVENT_CREATEDCPRE, sizeof creation, &creation, sizeof chosen, &chosen);
     context.Reset(CreateEnhMetaFileW(nullptr, nullptr, nullptr, nullptr));
     const DOCINFOW document = {.cbSize = sizeof document, .lpszDocName = title.c_str()};
