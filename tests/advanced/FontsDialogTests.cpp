@@ -1,36 +1,144 @@
-// Choosing fonts and colour management in the embedded dialog: what it opens with, what a click does to the
-// driver's items, and what is stored.
-#include "support/SystemLibrary.h"
-#include "tests/advanced/FontsDialog.h"
+// Choosing fonts and colour management in the dialog within the driver's page: where it stands, what it opens
+// with, what a click does to the driver's items, and what is stored.
+#include <windows.h>
 
 #include <commctrl.h>
 
 #include <algorithm>
 #include <cstring>
 
+#include "resources/resource.h"
+#include "support/SystemLibrary.h"
 #include "tests/support/Counters.h"
+#include "tests/support/ImportPatch.h"
+#include "tests/support/SheetTest.h"
 
 namespace kzp::test {
 namespace {
 
+using Names = std::vector<std::wstring>;
+
+constexpr size_t kIntentItem = 5, kMethodItem = 6, kFontsItem = 9;
+constexpr int kChoices[] = {IDC_FONTS_ALL, IDC_FONTS_NONE, IDC_FONTS_SELECT};
+
+Names g_installed;  // what the enumeration hands out, call by call
+
+int WINAPI EnumerateInstalled(HDC, LPCWSTR, FONTENUMPROCW report, LPARAM param) {
+    for (const std::wstring& family : g_installed) {
+        LOGFONTW font = {};
+        family.copy(font.lfFaceName, LF_FACESIZE - 1);
+        const TEXTMETRICW metrics = {};
+        report(&font, &metrics, TRUETYPE_FONTTYPE, param);
+    }
+    return 1;
+}
+
+class FontsDialog : public SheetTest {
+  protected:
+    FontsDialog() { g_installed = {L"Delta", L"Alpha", L"Beta"}; }
+
+    // Plays a test in an open sheet with the driver's page in front.
+    void Play(const std::function<void()>& test) {
+        host.run.Add([](driverhost::SheetUser& hands) { hands.ClickTab(0); });
+        host.run.Add([&](driverhost::SheetUser&) { test(); });
+        host.run.Show();
+    }
+    // The dialog anew, on these selections of its items.
+    void Open(LONG fonts = 0, LONG intent = 0, LONG method = 0) {
+        DestroyWindow(FindDialog());
+        OPTITEM* const items = host.session.Tree().Items();
+        items[kFontsItem].Sel = fonts;
+        items[kIntentItem].Sel = intent;
+        items[kMethodItem].Sel = method;
+        Said().clear();
+        TakeApply();
+        const HANDLE heap = host.session.UIParam().hOEMHeap;
+        const size_t blocks = CountHeapBlocks(heap);
+        host.session.TellCallback(CPSUICB_REASON_SETACTIVE, Page());
+        EXPECT_EQ(blocks, CountHeapBlocks(heap)) << "texts are given back";
+        dialog = FindDialog();
+    }
+    void Commit() {
+        EnableWindow(Apply(), TRUE);
+        user.Apply();
+    }
+
+    static void StoreBytes(const std::vector<BYTE>& bytes) {
+        WriteValue(HKEY_CURRENT_USER, kSettingsKey, L"FONTLIST", REG_BINARY, bytes.data(), bytes.size());
+    }
+    static std::vector<BYTE> Records(const Names& names) {
+        std::vector<BYTE> bytes(names.size() * 64);
+        for (size_t record = 0; record < names.size(); ++record)
+            std::memcpy(&bytes[64 * record], names[record].data(), 2 * names[record].size());
+        return bytes;
+    }
+    static void Store(const Names& names) { StoreBytes(Records(names)); }
+    static void ExpectStored(const Names& names) { EXPECT_EQ(Records(names), Setting(L"FONTLIST")->bytes); }
+
+    HWND FindDialog() const { return FindWindowExW(Page(), nullptr, L"#32770", nullptr); }
+    HWND Page() const { return host.sheet.PageWindow(0); }
+    HWND Apply() const { return GetDlgItem(host.sheet.Window(), IDC_SHEET_APPLY); }
+    HWND Control(int id) const { return GetDlgItem(dialog, id); }
+    void Tell(int id, WORD code) const { SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, code), 0); }
+    LRESULT Selection(int combo) const { return SendMessageW(Control(combo), CB_GETCURSEL, 0, 0); }
+    // As from the keyboard: with its notification.
+    void Choose(int combo, int index) const {
+        SendMessageW(Control(combo), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+        Tell(combo, CBN_SELCHANGE);
+    }
+    Names Listed(bool checkedOnly = false) const {
+        const HWND list = Control(IDC_FONT_LIST);
+        Names names;
+        for (int index = 0; index < ListView_GetItemCount(list); ++index) {
+            wchar_t name[64] = {};
+            ListView_GetItemText(list, index, 0, name, 64);
+            if (!checkedOnly || ListView_GetCheckState(list, static_cast<UINT>(index)) == 1)
+                names.emplace_back(name);
+        }
+        return names;
+    }
+    // 1 unchecked, 2 checked, 0 none.
+    void SetImage(int index, UINT image) const {
+        ListView_SetItemState(Control(IDC_FONT_LIST), index, INDEXTOSTATEIMAGEMASK(image),
+                              LVIS_STATEIMAGEMASK);
+    }
+    void ExpectChoice(int chosen) const {
+        for (const int choice : kChoices)
+            EXPECT_EQ(choice == chosen, user.Checked(choice)) << choice;
+        EXPECT_EQ(chosen == IDC_FONTS_SELECT, user.Enabled(IDC_FONT_LIST));
+    }
+
+    // Whether Apply was enabled since this was asked last.
+    bool TakeApply() const { return EnableWindow(Apply(), FALSE) == 0; }
+    LONG ItemSelection(size_t position) { return host.session.Tree().All().at(position).Sel; }
+    std::vector<driverhost::Announcement>& Said() { return host.session.Helper().Announcements(); }
+
+    HostedSheet host;
+    driverhost::SheetUser user{host.sheet};
+    const ImportPatch enumeration{host.plugIn.Module(), "EnumFontFamiliesW", AddressOf(&EnumerateInstalled)};
+    HWND dialog = nullptr;
+};
+
 TEST_F(FontsDialog, ListsEachFamilyOnceInOrder) {
     const UniqueModule themes(LoadLibraryW(L"uxtheme.dll"));
     const auto isTextured = FindFunction<BOOL(WINAPI*)(HWND)>(themes, "IsThemeDialogTextureEnabled");
-    // One call per character set for some families, as some platforms do it.
-    Install({L"Zeta", L"alpha", L"Beta", L"alpha", L"Zeta", L"@Beta", L"alpha"});
-    Open();
-    const Names listed = Listed();
-    ASSERT_EQ(4u, listed.size());
-    EXPECT_EQ((Names{L"alpha", L"Beta", L"Zeta"}), Names(listed.begin() + 1, listed.end()));
-    EXPECT_EQ(DWORD{LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT},
-              ListView_GetExtendedListViewStyle(Control(IDC_FONT_LIST)));
-    EXPECT_EQ(322, ListView_GetColumnWidth(Control(IDC_FONT_LIST), 0));
-    EXPECT_TRUE(isTextured(dialog)) << "as the page around it";
+    Play([&] {
+        // One call per character set for some families, as some platforms do it.
+        g_installed = {L"Zeta", L"alpha", L"Beta", L"alpha", L"Zeta", L"@Beta", L"alpha"};
+        Open();
+        Names listed = Listed();
+        EXPECT_EQ(1, std::erase(listed, L"@Beta"));
+        EXPECT_EQ((Names{L"alpha", L"Beta", L"Zeta"}), listed);
+        EXPECT_EQ(DWORD{LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT},
+                  ListView_GetExtendedListViewStyle(Control(IDC_FONT_LIST)));
+        EXPECT_EQ(322, ListView_GetColumnWidth(Control(IDC_FONT_LIST), 0));
+        EXPECT_TRUE(isTextured(dialog)) << "as the page around it";
 
-    Install({});
-    Open();
-    EXPECT_TRUE(Listed().empty());
-    EXPECT_TRUE(IsRadioChecked(IDC_FONTS_NONE)) << "nothing stored";
+        g_installed.clear();
+        Open();
+        EXPECT_TRUE(Listed().empty());
+        ExpectChoice(IDC_FONTS_NONE);
+    });
 }
 
 TEST_F(FontsDialog, OpensOnTheChoiceThatItemAndStoredFontsGive) {
@@ -38,7 +146,7 @@ TEST_F(FontsDialog, OpensOnTheChoiceThatItemAndStoredFontsGive) {
     const struct {
         LONG item;
         Names stored;
-        int radio;
+        int choice;
         LONG itemAfter;
         Names checkedAfter;
     } cases[] = {
@@ -52,179 +160,171 @@ TEST_F(FontsDialog, OpensOnTheChoiceThatItemAndStoredFontsGive) {
         {1, {L"Gone", L"bETA", L""}, IDC_FONTS_ALL, 0, all},  // counted, not looked at
         {2, {L"Gone", L"bETA", L""}, IDC_FONTS_SELECT, 2, {L"Beta"}},
     };
-    Install({L"Delta", L"Alpha", L"Beta"});
-    for (const auto& expected : cases) {
-        SCOPED_TRACE(expected.item * 100 + static_cast<int>(expected.stored.size()));
-        Store(expected.stored);
-        Open(expected.item);
-        for (const int radio : {IDC_FONTS_ALL, IDC_FONTS_NONE, IDC_FONTS_SELECT})
-            EXPECT_EQ(radio == expected.radio, IsRadioChecked(radio)) << radio;
-        EXPECT_EQ(expected.radio == IDC_FONTS_SELECT, IsWindowEnabled(Control(IDC_FONT_LIST)) != FALSE);
-        EXPECT_EQ(expected.itemAfter, ItemSelection(kFontsItem));
-        EXPECT_EQ(expected.checkedAfter, Listed(true));
-        EXPECT_TRUE(TakeApply()) << "opening counts as a click on the choice";
-        ASSERT_EQ(1u, Said().size());
-        EXPECT_EQ(static_cast<int>(kFontsItem), Said()[0].position);
-    }
+    Play([&] {
+        for (const auto& [item, stored, choice, itemAfter, checkedAfter] : cases) {
+            SCOPED_TRACE(item * 100 + static_cast<int>(stored.size()));
+            Store(stored);
+            Open(item);
+            ExpectChoice(choice);
+            EXPECT_EQ(itemAfter, ItemSelection(kFontsItem));
+            EXPECT_EQ(checkedAfter, Listed(true));
+            EXPECT_TRUE(TakeApply()) << "opening counts as a click on the choice";
+            ASSERT_EQ(1u, Said().size());
+            EXPECT_EQ(static_cast<int>(kFontsItem), Said()[0].position);
+        }
+    });
 }
 
 TEST_F(FontsDialog, ChoicesSetTheItemAndTheCheckMarks) {
     const Names all = {L"Alpha", L"Beta", L"Delta"};
-    Install(all);
-    Store({L"Beta"});
-    Open(2);
-    Said().clear();
-    TakeApply();
     const struct {
-        int radio;
+        int choice;
         LONG item;
-        bool listEnabled;
         Names checked;
-    } clicks[] = {
-        {IDC_FONTS_ALL, 0, false, all},
-        {IDC_FONTS_SELECT, 2, true, all},
-        {IDC_FONTS_NONE, 1, false, {}},
-        {IDC_FONTS_SELECT, 2, true, {}},
-    };
-    for (const auto& click : clicks) {
-        SendMessageW(Control(click.radio), BM_CLICK, 0, 0);
-        EXPECT_EQ(click.item, ItemSelection(kFontsItem));
-        EXPECT_EQ(click.listEnabled, IsWindowEnabled(Control(IDC_FONT_LIST)) != FALSE);
-        EXPECT_EQ(click.checked, Listed(true));
-        EXPECT_TRUE(TakeApply());
-        const driverhost::Announcement& said = Said().back();
-        EXPECT_EQ(static_cast<int>(kFontsItem), said.position);
-        EXPECT_EQ(click.item, said.selection);
-        EXPECT_EQ(0u, said.previous);
-        EXPECT_EQ(DWORD{OEMCUIP_DOCPROP}, said.mode);
-        EXPECT_TRUE(said.rightSheet);
-    }
-    // Checking and unchecking an entry enables Apply too; nothing else does, nor is it announced.
-    for (const UINT image : {2u, 1u}) {
-        SetImage(1, image);
-        EXPECT_TRUE(TakeApply()) << image;
-    }
-    for (const int button : {IDC_FONTS_ALL, IDC_FONTS_NONE, IDC_FONTS_SELECT})
-        Tell(button, BN_SETFOCUS);
-    for (const int list : {IDC_ICM_INTENT, IDC_ICM_METHOD})
-        Tell(list, CBN_DROPDOWN);
-    NMLISTVIEW change = {};
-    change.uNewState = INDEXTOSTATEIMAGEMASK(2);
-    for (const auto& [control, code] :
-         {std::pair{IDC_ICM_METHOD, LVN_ITEMCHANGED}, {IDC_FONT_LIST, LVN_ITEMCHANGING}}) {
-        change.hdr = {Control(control), static_cast<UINT_PTR>(control), static_cast<UINT>(code)};
-        SendMessageW(dialog, WM_NOTIFY, static_cast<WPARAM>(control), reinterpret_cast<LPARAM>(&change));
-    }
-    EXPECT_FALSE(TakeApply());
-    EXPECT_EQ(std::size(clicks), Said().size());
+    } clicks[] = {{IDC_FONTS_ALL, 0, all},
+                  {IDC_FONTS_SELECT, 2, all},
+                  {IDC_FONTS_NONE, 1, {}},
+                  {IDC_FONTS_SELECT, 2, {}}};
+    Store({L"Beta"});
+    Play([&] {
+        Open(2);
+        for (const auto& [choice, item, checked] : clicks) {
+            TakeApply();
+            user.Click(choice);
+            ExpectChoice(choice);
+            EXPECT_EQ(item, ItemSelection(kFontsItem));
+            EXPECT_EQ(checked, Listed(true));
+            EXPECT_TRUE(TakeApply());
+            const driverhost::Announcement& said = Said().back();
+            EXPECT_EQ(static_cast<int>(kFontsItem), said.position);
+            EXPECT_EQ(item, said.selection);
+            EXPECT_EQ(0u, said.previous);
+            EXPECT_EQ(DWORD{OEMCUIP_DOCPROP}, said.mode);
+            EXPECT_TRUE(said.rightSheet);
+        }
+        // Checking and unchecking an entry enables Apply too; nothing else does, nor is it announced.
+        Said().clear();
+        for (const UINT image : {2u, 1u}) {
+            SetImage(1, image);
+            EXPECT_TRUE(TakeApply()) << image;
+        }
+        for (const int choice : kChoices)
+            Tell(choice, BN_SETFOCUS);
+        for (const int list : {IDC_ICM_INTENT, IDC_ICM_METHOD})
+            Tell(list, CBN_DROPDOWN);
+        NMLISTVIEW change = {};
+        change.uNewState = INDEXTOSTATEIMAGEMASK(2);
+        for (const auto& [control, code] :
+             {std::pair{IDC_ICM_METHOD, LVN_ITEMCHANGED}, {IDC_FONT_LIST, LVN_ITEMCHANGING}}) {
+            change.hdr = {Control(control), static_cast<UINT_PTR>(control), static_cast<UINT>(code)};
+            SendMessageW(dialog, WM_NOTIFY, change.hdr.idFrom, reinterpret_cast<LPARAM>(&change));
+        }
+        EXPECT_FALSE(TakeApply());
+        EXPECT_TRUE(Said().empty());
+    });
 }
 
 TEST_F(FontsDialog, ColourListsFollowTheirItemsWithTheFirstTwoMethodsSwapped) {
     const LONG swapped[] = {1, 0, 2, 3};
-    for (LONG selection = 0; selection < 4; ++selection) {
-        Open(1, selection % 3, selection);
-        EXPECT_EQ(selection % 3, SendMessageW(Control(IDC_ICM_INTENT), CB_GETCURSEL, 0, 0));
-        EXPECT_EQ(swapped[selection], SendMessageW(Control(IDC_ICM_METHOD), CB_GETCURSEL, 0, 0));
-        TakeApply();
-        Choose(IDC_ICM_METHOD, selection);
-        EXPECT_TRUE(TakeApply());
-        EXPECT_EQ(swapped[selection], ItemSelection(kMethodItem));
-        EXPECT_EQ(static_cast<int>(kMethodItem), Said().back().position);
-        Choose(IDC_ICM_INTENT, 2);
-        EXPECT_TRUE(TakeApply());
-        EXPECT_EQ(2, ItemSelection(kIntentItem));
-        EXPECT_EQ(static_cast<int>(kIntentItem), Said().back().position);
-    }
+    Play([&] {
+        for (LONG selection = 0; selection < 4; ++selection) {
+            Open(1, selection % 3, selection);
+            EXPECT_EQ(selection % 3, Selection(IDC_ICM_INTENT));
+            EXPECT_EQ(swapped[selection], Selection(IDC_ICM_METHOD));
+            TakeApply();
+            Choose(IDC_ICM_METHOD, selection);
+            EXPECT_TRUE(TakeApply());
+            EXPECT_EQ(swapped[selection], ItemSelection(kMethodItem));
+            EXPECT_EQ(static_cast<int>(kMethodItem), Said().back().position);
+            Choose(IDC_ICM_INTENT, 2);
+            EXPECT_TRUE(TakeApply());
+            EXPECT_EQ(2, ItemSelection(kIntentItem));
+            EXPECT_EQ(static_cast<int>(kIntentItem), Said().back().position);
+        }
+    });
 }
 
 TEST_F(FontsDialog, CommitStoresTheCheckedFontsInListOrder) {
     const std::wstring longest(31, L'W');
-    Install({L"Zeta", longest, L"alpha", L"Beta", L"\x4E2D\x6587 \xD83D\xDE00"});
-    Store({L"Zeta", L"Vanished", L"alpha"});
-    Open(2);
-    const Names listed = Listed();
-    SetImage(static_cast<int>(std::find(listed.begin(), listed.end(), longest) - listed.begin()), 2);
-    Commit();
-    EXPECT_EQ((Names{L"alpha", longest, L"Zeta"}), StoredNames()) << "a font that is gone is dropped";
+    g_installed = {L"Zeta", longest, L"alpha", L"Beta", L"\x4E2D\x6587 \xD83D\xDE00"};
+    Play([&] {
+        Store({L"Zeta", L"Vanished", L"alpha"});
+        Open(2);
+        user.CheckItem(IDC_FONT_LIST, longest, true);
+        Commit();
+        ExpectStored({L"alpha", longest, L"Zeta"});  // a font that is gone is dropped
 
-    // An entry without a check box counts as chosen.
-    Tell(IDC_FONTS_NONE, BN_CLICKED);
-    Commit();
-    EXPECT_TRUE(StoredNames().empty());
-    SetImage(0, 0);
-    Commit();
-    EXPECT_EQ(Names{listed[0]}, StoredNames());
+        // An entry without a check box counts as chosen.
+        user.Click(IDC_FONTS_NONE);
+        Commit();
+        ExpectStored({});
+        SetImage(0, 0);
+        Commit();
+        ExpectStored({Listed()[0]});
 
-    // What was stored opens again.
-    Tell(IDC_FONTS_ALL, BN_CLICKED);
-    Commit();
-    EXPECT_EQ(listed, StoredNames());
-    Open(1);
-    EXPECT_TRUE(IsRadioChecked(IDC_FONTS_ALL));
+        // What was stored opens again.
+        user.Click(IDC_FONTS_ALL);
+        Commit();
+        ExpectStored(Listed());
+        Open(1);
+        ExpectChoice(IDC_FONTS_ALL);
+
+        // Without a dialog nothing is stored.
+        DestroyWindow(dialog);
+        Store({L"Kept"});
+        Commit();
+        ExpectStored({L"Kept"});
+    });
+}
+
+TEST_F(FontsDialog, NeverShownKeepsWhatIsStored) {
+    Store({L"Alpha", L"Gone"});
+    host.session.PresentItems();
+    host.session.TellCallback(CPSUICB_REASON_APPLYNOW, nullptr);
+    ExpectStored({L"Alpha", L"Gone"});
 }
 
 TEST_F(FontsDialog, DamagedStoredListsAreTakenAsFarAsTheyGo) {
-    Install({L"Alpha", L"Beta", L"Gamma"});
-    std::vector<BYTE> bytes(64 + 40);  // a record and a piece of one
-    std::memcpy(bytes.data(), L"Beta", 8);
-    std::memcpy(bytes.data() + 64, L"Gamma", 10);
-    StoreBytes(bytes);
-    Open(2);
-    EXPECT_EQ(Names{L"Beta"}, Listed(true));
+    Play([&] {
+        std::vector<BYTE> bytes = Records({L"Beta", L"Delta"});
+        bytes.resize(64 + 40);  // a record and a piece of one
+        StoreBytes(bytes);
+        Open(2);
+        EXPECT_EQ(Names{L"Beta"}, Listed(true));
 
-    // No terminator: the record ends where it ends, not where the next one does.
-    bytes.assign(128, 'x');
-    std::memcpy(bytes.data() + 64, L"Gamma", 12);
-    StoreBytes(bytes);
-    Open(2);
-    EXPECT_EQ(Names{L"Gamma"}, Listed(true));
+        // No terminator: the record ends where it ends, not where the next one does.
+        bytes = Records({std::wstring(32, L'x'), L"Delta"});
+        StoreBytes(bytes);
+        Open(2);
+        EXPECT_EQ(Names{L"Delta"}, Listed(true));
 
-    // Longer than all listed fonts together: unreadable, and reset as unreadable settings are.
-    StoreBytes(std::vector<BYTE>(size_t{4} * 64, 'x'));
-    Open(0);
-    EXPECT_TRUE(IsRadioChecked(IDC_FONTS_NONE));
-    EXPECT_TRUE(StoredNames().empty());
+        // Longer than all listed fonts together: unreadable, and reset as unreadable settings are.
+        StoreBytes(std::vector<BYTE>(size_t{4} * 64, 'x'));
+        Open(0);
+        ExpectChoice(IDC_FONTS_NONE);
+        ExpectStored({});
+    });
 }
 
 TEST_F(FontsDialog, FewerDriverItemsThanPositionsAreLeftAlone) {
-    Install({L"Alpha", L"Beta"});
-    for (const DWORD items : {0u, 5u, 6u, 9u}) {
-        SCOPED_TRACE(items);
-        Store({L"Alpha"});
-        Open(7, 2, 3, items);
-        EXPECT_TRUE(IsRadioChecked(IDC_FONTS_SELECT)) << "without its item the stored list decides";
-        for (const int radio : {IDC_FONTS_ALL, IDC_FONTS_NONE, IDC_FONTS_SELECT})
-            Tell(radio, BN_CLICKED);
-        Choose(IDC_ICM_METHOD, 1);
-        Choose(IDC_ICM_INTENT, 1);
-        const Names selections = {std::to_wstring(ItemSelection(kIntentItem)),
-                                  std::to_wstring(ItemSelection(kMethodItem)),
-                                  std::to_wstring(ItemSelection(kFontsItem))};
-        EXPECT_EQ((Names{items > kIntentItem ? L"1" : L"2", items > kMethodItem ? L"0" : L"3", L"7"}),
-                  selections);
-        for (const driverhost::Announcement& said : Said())
-            EXPECT_LT(said.position, static_cast<int>(items));
-        SetImage(1, 2);
-        Commit();
-        EXPECT_EQ(Names{L"Beta"}, StoredNames());
-    }
-}
-
-TEST_F(FontsDialog, WithoutADialogTheCommitKeepsWhatIsStored) {
-    Install({L"Alpha"});
-    const Names kept = {L"Alpha", L"Beta", L"Gamma"};
-    for (const bool opened : {false, true}) {
-        if (opened) {
-            Open();
-            Close();
-        } else {
-            session = std::make_unique<driverhost::DocumentSession>(plugIn, NoPrinter());
-            session->PresentItems();
+    Play([&] {
+        for (const DWORD items : {0u, 5u, 6u, 9u}) {
+            SCOPED_TRACE(items);
+            Store({L"Alpha"});
+            host.session.UIParam().cDrvOptItems = items;
+            Open(7, 2, 3);
+            ExpectChoice(IDC_FONTS_SELECT);  // without its item the stored list decides
+            for (const int choice : kChoices)
+                Tell(choice, BN_CLICKED);
+            Choose(IDC_ICM_METHOD, 1);
+            Choose(IDC_ICM_INTENT, 1);
+            EXPECT_EQ(items > kIntentItem ? 1 : 2, ItemSelection(kIntentItem));
+            EXPECT_EQ(items > kMethodItem ? 0 : 3, ItemSelection(kMethodItem));
+            EXPECT_EQ(7, ItemSelection(kFontsItem));
+            for (const driverhost::Announcement& said : Said())
+                EXPECT_LT(said.position, static_cast<int>(items));
         }
-        Store(kept);
-        Commit();
-        EXPECT_EQ(kept, StoredNames()) << "nor does a dialog that is gone";
-    }
+    });
 }
 
 int g_devices = 0;
@@ -240,19 +340,73 @@ HDC WINAPI CountDevice(HWND window) {
 }
 
 TEST_F(FontsDialog, LeavesNothingBehind) {
-    const ImportPatch get(plugIn.Module(), "GetDC", AddressOf(&CountDevice));
-    const ImportPatch release(plugIn.Module(), "ReleaseDC", AddressOf(&CountRelease));
-    Install({L"Alpha"});
+    const ImportPatch get(host.plugIn.Module(), "GetDC", AddressOf(&CountDevice));
+    const ImportPatch release(host.plugIn.Module(), "ReleaseDC", AddressOf(&CountRelease));
     constexpr size_t kRounds = 16;
-    size_t blocks = 0;
-    for (size_t round = 0; round < 2 * kRounds; ++round) {
-        Open();
-        Close();
-        if (round == kRounds - 1)
-            blocks = CountHeapBlocks();
-    }
-    EXPECT_LT(CountHeapBlocks(), blocks + kRounds / 2);
-    EXPECT_EQ(0, g_devices);
+    // The host keeps a note of everything that happens.
+    const auto count = [&] { return CountHeapBlocks() - host.sheet.Events().size(); };
+    Play([&] {
+        size_t blocks = 0;
+        for (size_t round = 0; round < 2 * kRounds; ++round) {
+            Open();
+            if (round == kRounds - 1)
+                blocks = count();
+        }
+        EXPECT_LT(count(), blocks + kRounds / 2);
+        EXPECT_EQ(0, g_devices);
+    });
+}
+
+DWORD g_major, g_minor;
+std::wstring g_program;
+
+DWORD WINAPI TellVersion() {
+    return g_minor << 8 | g_major;
+}
+
+WINBOOL WINAPI TellVersionRecord(OSVERSIONINFOW* record) {
+    EXPECT_EQ(276u, record->dwOSVersionInfoSize);
+    record->dwMajorVersion = g_major;
+    record->dwMinorVersion = g_minor;
+    return TRUE;
+}
+
+DWORD WINAPI TellProgram(HMODULE module, LPWSTR path, DWORD characters) {
+    if (module)
+        return GetModuleFileNameW(module, path, characters);
+    lstrcpynW(path, (L"C:\\Program Files\\" + g_program).c_str(), static_cast<int>(characters));
+    return static_cast<DWORD>(lstrlenW(path));
+}
+
+TEST_F(FontsDialog, OneRestrictedProcessGetsANoticeInstead) {
+    const ImportPatch version(host.plugIn.Module(), "GetVersion", AddressOf(&TellVersion));
+    const ImportPatch record(host.plugIn.Module(), "GetVersionExW", AddressOf(&TellVersionRecord));
+    const ImportPatch program(host.plugIn.Module(), "GetModuleFileNameW", AddressOf(&TellProgram));
+    const struct {
+        DWORD major, minor;
+        const wchar_t* program;
+        bool notice;
+    } cases[] = {
+        {6, 0, L"IEUser.exe", false}, {6, 0, L"ieuser.exe.exe", false}, {6, 1, L"ieuser.exe", false},
+        {5, 1, L"ieuser.exe", false}, {10, 0, L"ieuser.exe", false},    {6, 0, L"ieuser.exe", true},
+    };
+    Play([&] {
+        EXPECT_FALSE(IsWindowVisible(host.sheet.treeView)) << "the page's own controls are hidden";
+        for (const auto& expected : cases) {
+            SCOPED_TRACE(testing::PrintToString(expected.program) + std::to_string(expected.major));
+            g_major = expected.major;
+            g_minor = expected.minor;
+            g_program = expected.program;
+            Open();
+            EXPECT_EQ(expected.notice, !IsWindowVisible(dialog));
+        }
+        const HWND notice = FindWindowExW(Page(), nullptr, L"static", host.plugIn.ResourceText(700).c_str());
+        EXPECT_TRUE(IsWindowVisible(notice));
+        RECT place = {};
+        GetWindowRect(notice, &place);
+        MapWindowPoints(nullptr, Page(), reinterpret_cast<POINT*>(&place), 2);
+        EXPECT_TRUE(place.left == 10 && place.top == 150 && place.right == 420 && place.bottom == 200);
+    });
 }
 
 }  // namespace

@@ -20,21 +20,19 @@ struct ShowingHelp : SheetTest {
     // The plug-in as a program has it that did not ask for help yet.
     void LoadAfresh() {
         plugIn.reset();
-        plugIn.emplace(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+        plugIn.emplace(BesideExe(L"KZPWriterUI.dll"));
     }
 
     // Presses Help in the dialog that the plug-in puts into the driver's page.
     Requests Press() {
         driverhost::DocumentSession session(*plugIn, {});
         session.PresentItems();
-        const HWND sheet = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPED, 0, 0, 480, 420, nullptr, nullptr,
-                                           nullptr, nullptr);
-        const HWND page =
-            CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 0, 460, 400, sheet, nullptr, nullptr, nullptr);
+        const HWND page = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPED, 0, 0, 460, 400, nullptr, nullptr,
+                                          nullptr, nullptr);
         session.TellCallback(CPSUICB_REASON_SETACTIVE, page);
         ForgetCalls();
         SendMessageW(FindWindowExW(page, nullptr, L"#32770", nullptr), WM_COMMAND, IDC_HELP_ADVANCED, 0);
-        DestroyWindow(sheet);
+        DestroyWindow(page);
         return Calls();
     }
 
@@ -62,30 +60,31 @@ TEST_F(ShowingHelp, IsWhatTheButtonOfEachDialogDoes) {
 TEST_F(ShowingHelp, OpensTheInstalledFileAtTheProductsTopic) {
     const RegisteredControl control(BesideExe(kDllName));
     LoadAfresh();
-    const std::wstring longest(127, L'x');
-    WriteText(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", longest);
-    EXPECT_EQ((Requests{L"command 0 " + longest + L"::/kzp-writer-2d.htm"}), Press());
-    WriteText(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", longest + L'x');
-    EXPECT_EQ(kWithoutPath, Press()) << "longer paths are not read";
-    const std::wstring full(128, L'y');
-    WriteValue(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", REG_BINARY, full.data(), 256);
-    EXPECT_EQ((Requests{L"command 0 " + full + L"::/kzp-writer-2d.htm"}), Press()) << "without a terminator";
-    RegDeleteTreeW(HKEY_LOCAL_MACHINE, kProductKey);
     EXPECT_EQ(kWithoutPath, Press()) << "no key, no path";
+    const struct {
+        std::wstring path;
+        DWORD type;
+        size_t bytes;
+        bool isRead;
+    } cases[] = {
+        {std::wstring(127, L'x'), REG_SZ, 256, true},
+        {std::wstring(128, L'x'), REG_SZ, 258, false},     // longer paths are not read
+        {std::wstring(128, L'y'), REG_BINARY, 256, true},  // without a terminator
+    };
+    for (const auto& [path, type, bytes, isRead] : cases) {
+        WriteValue(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", type, path.c_str(), bytes);
+        EXPECT_EQ((Requests{L"command 0 " + (isRead ? path : L"") + L"::/kzp-writer-2d.htm"}), Press());
+    }
 }
 
 TEST_F(ShowingHelp, TakesTheRegisteredControlOrTheOneInTheSystemsFolder) {
     const std::wstring control = BesideExe(kDllName), other = BesideExe(L"KZPPortMonitor.dll");
     const TemporaryFolder folders;
-    const std::wstring longest = folders.Deep(250) + L"\\help.dll";  // as long as paths may be
-    CopyFileW(control.c_str(), longest.c_str(), TRUE);
-    ASSERT_TRUE(FileExists(longest));
-    const auto Below = [](const wchar_t* variable, const std::wstring& path) {
-        const size_t name = path.rfind(L'\\');
-        SetEnvironmentVariableW(variable, path.substr(0, name).c_str());
-        return std::wstring(L"%") + variable + L"%" + path.substr(name);
-    };
-    const std::wstring below = Below(L"KZP_HELP", control), longestBelow = Below(L"KZP_LONGEST", longest);
+    const std::wstring deep = folders.Deep(250), longest = deep + L"\\help.dll";  // as long as paths may be
+    ASSERT_TRUE(CopyFileW(control.c_str(), longest.c_str(), TRUE));
+    SetEnvironmentVariableW(L"KZP_HELP", BesideExe(L"").c_str());
+    SetEnvironmentVariableW(L"KZP_LONGEST", deep.c_str());
+    const std::wstring below = std::wstring(L"%KZP_HELP%") + kDllName;
     const struct {
         std::wstring registered;
         DWORD type;
@@ -95,7 +94,7 @@ TEST_F(ShowingHelp, TakesTheRegisteredControlOrTheOneInTheSystemsFolder) {
         {control, REG_SZ, other, true},
         {longest, REG_SZ, other, true},
         {below, REG_EXPAND_SZ, other, true},
-        {longestBelow, REG_EXPAND_SZ, other, true},
+        {L"%KZP_LONGEST%\\help.dll", REG_EXPAND_SZ, other, true},
         {L"%KZP_LONGEST%\\.\\help.dll", REG_EXPAND_SZ, other, false},
         {below, REG_SZ, other, false},
         {control, REG_BINARY, other, false},
@@ -103,16 +102,16 @@ TEST_F(ShowingHelp, TakesTheRegisteredControlOrTheOneInTheSystemsFolder) {
         {L"C:\\Nowhere\\gone.dll", REG_SZ, control, true},
         {other, REG_SZ, control, false},  // it loads, but is no help control
     };
-    for (const auto& expected : cases) {
-        SCOPED_TRACE(testing::PrintToString(expected.registered) + ' ' + std::to_string(expected.type));
+    for (const auto& [path, type, inSystem, found] : cases) {
+        SCOPED_TRACE(testing::PrintToString(path) + ' ' + std::to_string(type));
         LoadAfresh();
-        const SystemFolder system(plugIn->Module(), {{L"hhctrl.ocx", expected.system}});
+        const SystemFolder system(plugIn->Module(), {{L"hhctrl.ocx", inSystem}});
         {
-            const RegisteredControl registered(expected.registered, expected.type);
-            EXPECT_EQ(expected.found ? kWithoutPath : Requests(), Press());
+            const RegisteredControl registered(path, type);
+            EXPECT_EQ(found ? kWithoutPath : Requests(), Press());
         }
-        const RegisteredControl registered(expected.found ? L"" : control);
-        EXPECT_EQ(expected.found ? kWithoutPath : Requests(), Press()) << "looked for once";
+        const RegisteredControl registered(found ? L"" : control);
+        EXPECT_EQ(found ? kWithoutPath : Requests(), Press()) << "looked for once";
     }
 }
 

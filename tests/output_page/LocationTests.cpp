@@ -9,7 +9,7 @@
 namespace kzp::test {
 namespace {
 
-void ExpectUserFolder(bool expected, SheetUser& user) {
+void ExpectUserFolder(bool expected, const SheetUser& user) {
     EXPECT_EQ(expected, user.Checked(IDC_USER_LOCATION));
     EXPECT_EQ(!expected, user.Checked(IDC_DOCUMENTS_LOCATION));
     EXPECT_EQ(expected, user.Enabled(IDC_FOLDER));
@@ -19,10 +19,7 @@ void ExpectUserFolder(bool expected, SheetUser& user) {
 TEST_F(OutputPage, OpensOnTheStoredFolderWhileItCanBeEntered) {
     std::wstring documents = DocumentsFolder();
     CharUpperW(documents.data());
-    const struct {
-        std::wstring stored;
-        bool isUserFolder;
-    } cases[] = {
+    const std::pair<std::wstring, bool> cases[] = {
         {L"", false},
         {folders.File(L"vanished"), false},
         {L"Q:\\no such drive", false},
@@ -33,20 +30,17 @@ TEST_F(OutputPage, OpensOnTheStoredFolderWhileItCanBeEntered) {
         {Folder(L"\x4E2D\x6587 \x0416\x00E4"), true},  // beyond every code page
         {folders.Deep(258), true},                     // as long as a path may be without its terminator
     };
-    for (const auto& expected : cases) {
-        SCOPED_TRACE(testing::PrintToString(expected.stored));
-        Store(L"DefaultDir", expected.stored);
-        std::wstring entered =
-            expected.isUserFolder ? expected.stored : std::filesystem::current_path().wstring();
-        if (entered.ends_with(L'\\'))
-            entered.pop_back();
+    for (const auto& [stored, isUserFolder] : cases) {
+        SCOPED_TRACE(testing::PrintToString(stored));
+        Store(L"DefaultDir", stored);
+        const std::filesystem::path entered =
+            isUserFolder ? std::filesystem::path(stored) : std::filesystem::current_path();
         Show({[&](SheetUser& user) {
-            ExpectUserFolder(expected.isUserFolder, user);
-            EXPECT_EQ(entered, std::filesystem::current_path().wstring());
-            EXPECT_EQ(expected.isUserFolder ? expected.stored : DocumentsFolder(), Stored(L"DefaultDir"))
-                << "at once";
+            ExpectUserFolder(isUserFolder, user);
+            EXPECT_TRUE(std::filesystem::current_path() / L"" == entered / L"");
+            EXPECT_EQ(isUserFolder ? stored : DocumentsFolder(), Stored(L"DefaultDir")) << "at once";
         }});
-        EXPECT_TRUE(Asked().empty());
+        EXPECT_TRUE(g_asked.empty());
     }
 }
 
@@ -59,24 +53,23 @@ TEST_F(OutputPage, AsksForTheFileNameUnlessTheSettingSaysNo) {
         {L"", true, L"YES"}, {L"ye", true, L"YES"},   {L"NO", false, L"NO"},
         {L"n", false, L"n"}, {L"nope", true, L"YES"},
     };
-    for (const auto& expected : cases) {
-        SCOPED_TRACE(testing::PrintToString(std::wstring(expected.stored)));
-        Store(L"PROMPTFILENAME", expected.stored);
+    for (const auto& [stored, asks, atOnce] : cases) {
+        SCOPED_TRACE(testing::PrintToString(stored));
+        Store(L"PROMPTFILENAME", stored);
         Show({[&](SheetUser& user) {
-            EXPECT_EQ(expected.asks, user.Checked(IDC_PROMPT_FILE_NAME));
-            EXPECT_EQ(expected.atOnce, Stored(L"PROMPTFILENAME"));
-            user.Ok();
-        }});
-        EXPECT_EQ(expected.asks ? L"YES" : L"No", Stored(L"PROMPTFILENAME"))
-            << "an unchecked box is stored as No";
+                  EXPECT_EQ(asks, user.Checked(IDC_PROMPT_FILE_NAME));
+                  EXPECT_EQ(atOnce, Stored(L"PROMPTFILENAME"));
+              },
+              Ok});
+        EXPECT_EQ(asks ? L"YES" : L"No", Stored(L"PROMPTFILENAME")) << "an unchecked box is stored as No";
     }
     Show({[](SheetUser& user) {
-        DisableApply(user);
-        user.Click(IDC_PROMPT_FILE_NAME);
-        EXPECT_TRUE(user.ApplyEnabled());
-        EXPECT_EQ(L"YES", Stored(L"PROMPTFILENAME"));
-        user.Ok();
-    }});
+              DisableApply(user);
+              user.Click(IDC_PROMPT_FILE_NAME);
+              EXPECT_TRUE(user.ApplyEnabled());
+              EXPECT_EQ(L"YES", Stored(L"PROMPTFILENAME"));
+          },
+          Ok});
     EXPECT_EQ(L"No", Stored(L"PROMPTFILENAME"));
 }
 
@@ -96,30 +89,28 @@ TEST_F(OutputPage, TheChoiceOfLocationIsAnnouncedAndTheDocumentsFolderWrittenAtO
             }
         }});
         // A radio button that gets the focus by a key or a program may say twice that it is pressed.
-        const auto again =
-            std::ranges::unique(announcements, {}, [](const auto& announced) { return announced.selection; });
+        const auto again = std::ranges::unique(announcements, {}, &driverhost::Announcement::selection);
         announcements.erase(again.begin(), again.end());
         ASSERT_EQ(item ? 2u : 0u, announcements.size());
-        for (size_t index = 0; index < announcements.size(); ++index) {
-            EXPECT_TRUE(announcements[index].plugInItem);
-            EXPECT_TRUE(announcements[index].rightSheet);
-            EXPECT_EQ(static_cast<LONG>(index), announcements[index].selection);
-            EXPECT_EQ(0u, announcements[index].previous);
-            EXPECT_EQ(DWORD{OEMCUIP_DOCPROP}, announcements[index].mode);
+        for (LONG selection = 0; const driverhost::Announcement& announced : announcements) {
+            EXPECT_TRUE(announced.plugInItem && announced.rightSheet);
+            EXPECT_EQ(selection++, announced.selection);
+            EXPECT_EQ(0u, announced.previous);
+            EXPECT_EQ(DWORD{OEMCUIP_DOCPROP}, announced.mode);
         }
         EXPECT_EQ(DocumentsFolder(), Stored(L"DefaultDir")) << "cancelling does not take it back";
     }
 
     Store(L"DefaultDir", mine);
-    Show({[](SheetUser& user) {
-        user.Click(IDC_DOCUMENTS_LOCATION);
-        constexpr size_t kClicks = 64;
-        const size_t blocks = CountHeapBlocks();
-        for (size_t click = 0; click < kClicks; ++click)
-            Tell(user, IDC_DOCUMENTS_LOCATION, BN_CLICKED);
-        EXPECT_LT(CountHeapBlocks(), blocks + kClicks / 2) << "no click leaves anything behind";
-        user.Ok();
-    }});
+    Show({Click(IDC_DOCUMENTS_LOCATION),
+          [](SheetUser& user) {
+              constexpr size_t kClicks = 64;
+              const size_t blocks = CountHeapBlocks();
+              for (size_t click = 0; click < kClicks; ++click)
+                  Tell(user, IDC_DOCUMENTS_LOCATION, BN_CLICKED);
+              EXPECT_LT(CountHeapBlocks(), blocks + kClicks / 2) << "no click leaves anything behind";
+          },
+          Ok});
     EXPECT_EQ(DocumentsFolder(), Stored(L"DefaultDir"));
 
     // The third location is not offered and has no meaning of its own; it only closes the folder controls.
@@ -134,13 +125,10 @@ TEST_F(OutputPage, TheChoiceOfLocationIsAnnouncedAndTheDocumentsFolderWrittenAtO
 TEST_F(OutputPage, WithoutTheShellThereIsNoDocumentsFolderAndNothingToBrowse) {
     Store(L"DefaultDir", Folder(L"mine"));
     const SystemFolder withoutShell(plugIn.Module(), {{L"shell32.dll", folders.File(L"none.dll")}});
-    Show({[](SheetUser& user) {
-        user.Click(IDC_BROWSE);
-        EXPECT_TRUE(user.Checked(IDC_USER_LOCATION));
-        user.Click(IDC_DOCUMENTS_LOCATION);
-        EXPECT_EQ(L"", Stored(L"DefaultDir"));
-    }});
-    EXPECT_TRUE(Asked().empty());
+    Show({Click(IDC_BROWSE), [](SheetUser& user) { EXPECT_TRUE(user.Checked(IDC_USER_LOCATION)); },
+          Click(IDC_DOCUMENTS_LOCATION)});
+    EXPECT_EQ(L"", Stored(L"DefaultDir"));
+    EXPECT_TRUE(g_asked.empty());
 }
 
 }  // namespace

@@ -20,10 +20,6 @@ void Press(WPARAM key) {
     PostMessageW(GetFocus(), WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
 }
 
-void PressAltWith(wchar_t letter) {
-    PostMessageW(GetFocus(), WM_SYSCHAR, letter, 0x20000001);
-}
-
 class Keyboard : public SheetTest {
   protected:
     void Do(std::function<void(SheetUser&)> step) { host.run.Add(std::move(step)); }
@@ -71,13 +67,13 @@ TEST_F(Keyboard, WorksEveryControlOfTheSettingsPage) {
         SetFocus(user.Find(IDC_OUTPUT_KZPX));
         Press(VK_DOWN);
     });
-    Do([](SheetUser&) { PressAltWith(L'm'); });
-    Do([](SheetUser&) { PressAltWith(L'l'); });
+    for (const wchar_t letter : {L'm', L'l'})
+        Do([letter](SheetUser&) { PostMessageW(GetFocus(), WM_SYSCHAR, letter, 0x20000001); });
     Do([](SheetUser& user) {
-        for (const int chosen : {IDC_OUTPUT_KZP, IDC_MILLIMETERS, IDC_LANDSCAPE})
-            EXPECT_TRUE(user.Checked(chosen)) << "each set of options excludes its own alone";
-        for (const int other : {IDC_OUTPUT_KZPX, IDC_INCHES, IDC_PORTRAIT})
-            EXPECT_FALSE(user.Checked(other)) << other;
+        for (const auto& [chosen, other] : {std::pair{IDC_OUTPUT_KZP, IDC_OUTPUT_KZPX},
+                                            {IDC_MILLIMETERS, IDC_INCHES},
+                                            {IDC_LANDSCAPE, IDC_PORTRAIT}})
+            EXPECT_TRUE(user.Checked(chosen) && !user.Checked(other)) << "in each set of options " << chosen;
         EXPECT_EQ(L"52.07", user.Text(IDC_LEFT));
         SetFocus(user.Find(IDC_DISPLAY_IN_VIEWER));
         Press(VK_SPACE);
@@ -86,7 +82,7 @@ TEST_F(Keyboard, WorksEveryControlOfTheSettingsPage) {
     host.run.Show();
 }
 
-TEST_F(Keyboard, WorksEveryControlOfTheOutputPage) {
+TEST_F(Keyboard, WorksEveryControlOfTheOutputPageAndTheFontsDialog) {
     WriteText(HKEY_CURRENT_USER, kSettingsKey, L"DefaultDir", L"C:\\windows");
     ExpectTabOrder(2, {IDC_USER_LOCATION, IDC_FOLDER, IDC_BROWSE, IDC_PROMPT_FILE_NAME, IDC_HELP_OUTPUT});
     for (const int chosen : {IDC_DOCUMENTS_LOCATION, IDC_USER_LOCATION, IDC_DOCUMENTS_LOCATION}) {
@@ -99,10 +95,7 @@ TEST_F(Keyboard, WorksEveryControlOfTheOutputPage) {
         });
     }
     ExpectTabOrder(2, {IDC_DOCUMENTS_LOCATION, IDC_PROMPT_FILE_NAME, IDC_HELP_OUTPUT});
-    host.run.Show();
-}
 
-TEST_F(Keyboard, WorksEveryControlOfTheFontsDialog) {
     ExpectTabOrder(0, {IDC_FONTS_NONE, IDC_HELP_ADVANCED});
     Do([](SheetUser& user) {
         SetFocus(user.Find(IDC_FONTS_NONE));
