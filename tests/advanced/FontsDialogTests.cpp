@@ -231,6 +231,7 @@ TEST_F(FontsDialog, ColourListsFollowTheirItemsWithTheFirstTwoMethodsSwapped) {
             Open(1, selection % 3, selection);
             EXPECT_EQ(selection % 3, Selection(IDC_ICM_INTENT));
             EXPECT_EQ(swapped[selection], Selection(IDC_ICM_METHOD));
+            EXPECT_EQ(host.plugIn.ResourceText(IDS_ICM_INTENT_FIRST), ListEntries(user, IDC_ICM_INTENT)[0]);
             TakeApply();
             Choose(IDC_ICM_METHOD, selection);
             EXPECT_TRUE(TakeApply());
