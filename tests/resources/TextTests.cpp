@@ -36,17 +36,6 @@ std::vector<std::ptrdiff_t> Kept(const std::wstring& text) {
             text.find(L"KZP") != std::wstring::npos, text.find(L"25.4") != std::wstring::npos, end};
 }
 
-TEST(Versions, StateTheCopyrightWhole) {
-    for (const wchar_t* const name : {L"KZPWriterUI.dll", L"KZPWriterRes.dll"}) {
-        const UniqueModule file(LoadLibraryExW(BesideExe(name).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
-        const HRSRC version = FindResourceW(file.Get(), MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION);
-        const auto* text = static_cast<const wchar_t*>(LockResource(LoadResource(file.Get(), version)));
-        ASSERT_NE(nullptr, text);
-        EXPECT_NE(std::wstring::npos, std::wstring(text, SizeofResource(file.Get(), version) / sizeof *text)
-                                          .find(std::wstring(L"Copyright \x00A9 2026 Brimlake") + L'\0'));
-    }
-}
-
 TEST(Texts, AreThereInEveryLanguageAndFitTheBuffersOfTheirCallers) {
     const UniqueModule texts(
         LoadLibraryExW(BesideExe(L"KZPWriterRes.dll").c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
