@@ -40,11 +40,7 @@ std::wstring TemporaryFolder::Deep(size_t length) const {
 
 std::wstring DocumentsFolder() {
     wchar_t path[MAX_PATH] = {};
-    LPITEMIDLIST items = nullptr;
-    if (SUCCEEDED(SHGetSpecialFolderLocation(nullptr, CSIDL_PERSONAL, &items))) {
-        SHGetPathFromIDListW(items, path);
-        CoTaskMemFree(items);
-    }
+    EXPECT_EQ(S_OK, SHGetFolderPathW(nullptr, CSIDL_PERSONAL, nullptr, SHGFP_TYPE_CURRENT, path));
     return path;
 }
 

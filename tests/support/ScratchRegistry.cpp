@@ -11,15 +11,12 @@ void Redirect(HKEY predefined, const std::wstring& path) {
               RegOverridePredefKey(predefined, standins::CreateKey(HKEY_CURRENT_USER, path).Get()));
 }
 
-std::wstring PathOf(DWORD owner) {
-    return L"Software\\KZP Tests\\" + std::to_wstring(owner);
-}
-
 }  // namespace
 
-ScratchRegistry::ScratchRegistry(DWORD owner) : m_own(owner == GetCurrentProcessId()), m_path(PathOf(owner)) {
+ScratchRegistry::ScratchRegistry(DWORD owner)
+    : m_own(owner == GetCurrentProcessId()), m_path(L"Software\\KZP Tests\\" + std::to_wstring(owner)) {
     if (m_own)
-        DeleteScratchRegistry(owner);
+        standins::DeleteKey(HKEY_CURRENT_USER, m_path);  // what a process that was ended left behind
     Redirect(HKEY_LOCAL_MACHINE, m_path + L"\\Machine");
     Redirect(HKEY_CURRENT_USER, m_path + L"\\User");
 }
@@ -28,11 +25,7 @@ ScratchRegistry::~ScratchRegistry() {
     RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
     RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
     if (m_own)
-        DeleteScratchRegistry(GetCurrentProcessId());
-}
-
-void DeleteScratchRegistry(DWORD processId) {
-    standins::DeleteKey(HKEY_CURRENT_USER, PathOf(processId));
+        standins::DeleteKey(HKEY_CURRENT_USER, m_path);
 }
 
 void ScratchRegistry::RefuseUserKeys() {

@@ -34,9 +34,6 @@ class ScratchRegistry {
     std::wstring m_path;
 };
 
-// Sweeps up what a process that was ended left behind.
-void DeleteScratchRegistry(DWORD processId);
-
 using RegistryValue = standins::Value;
 
 // What is stored, or nothing.
