@@ -104,11 +104,6 @@ TEST(StartOfDocument, RecordsWhoPrintsAndStartsBothCompanions) {
     EXPECT_EQ(session, Stored(L"SessionId"));
     EXPECT_EQ(GetCurrentProcessId(), Stored(L"ID"));
     EXPECT_EQ("1 1", machine.Running());
-    for (const wchar_t* const name : {kInteraction, kLauncher}) {
-        ASSERT_TRUE(standins::WaitReady(name));
-        const std::wstring path = machine.Folder() + L"\\" + name;
-        EXPECT_EQ(std::vector<std::wstring>{L"\"" + path + L"\""}, standins::Starts(path)) << "no arguments";
-    }
     // A second document finds them running.
     EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
     EXPECT_EQ("1 1", machine.Running());

@@ -15,7 +15,7 @@ using namespace kzp::standins::help;
 using Requests = std::vector<std::wstring>;
 
 struct ShowingHelp : SheetTest {
-    ShowingHelp() { ForgetCalls(); }
+    ShowingHelp() { calls.Start(); }
 
     // The plug-in as a program has it that did not ask for help yet.
     void LoadAfresh() {
@@ -30,10 +30,10 @@ struct ShowingHelp : SheetTest {
         const HWND page = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPED, 0, 0, 460, 400, nullptr, nullptr,
                                           nullptr, nullptr);
         session.TellCallback(CPSUICB_REASON_SETACTIVE, page);
-        ForgetCalls();
+        calls.Start();
         SendMessageW(FindWindowExW(page, nullptr, L"#32770", nullptr), WM_COMMAND, IDC_HELP_ADVANCED, 0);
         DestroyWindow(page);
-        return Calls();
+        return calls.Read();
     }
 
     std::optional<driverhost::PlugIn> plugIn;
@@ -49,9 +49,10 @@ TEST_F(ShowingHelp, IsWhatTheButtonOfEachDialogDoes) {
          {std::pair{1, IDC_HELP_SETTINGS}, {2, IDC_HELP_OUTPUT}, {0, IDC_HELP_ADVANCED}}) {
         host.run.Add([tab](driverhost::SheetUser& user) { user.ClickTab(tab); });
         host.run.Add([button](driverhost::SheetUser& user) {
-            ForgetCalls();
+            calls.Start();
             user.Click(button);
-            EXPECT_EQ((Requests{L"command 0 C:\\KZP\\writer.chm::/kzp-writer-2d.htm"}), Calls()) << button;
+            EXPECT_EQ((Requests{L"command 0 C:\\KZP\\writer.chm::/kzp-writer-2d.htm"}), calls.Read())
+                << button;
         });
     }
     host.run.Show();

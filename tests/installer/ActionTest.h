@@ -19,7 +19,6 @@
 #include "tests/support/PlugInDll.h"
 #include "tests/support/ScratchRegistry.h"
 #include "tests/support/SystemFolder.h"
-#include "tools/standins/printui/PrintUIRecords.h"
 #include "tools/standins/spooler/SpoolerControl.h"
 
 namespace kzp::test {

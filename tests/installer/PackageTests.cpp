@@ -13,7 +13,6 @@
 #include "tests/installer/MachineState.h"
 #include "tests/support/Files.h"
 #include "tests/support/ScratchRegistry.h"
-#include "tools/standins/printui/PrintUIRecords.h"
 #include "tools/standins/spooler/SpoolerControl.h"
 
 namespace kzp::test {
@@ -58,7 +57,6 @@ struct Package : testing::Test {
         for (const wchar_t* const port : {L"Brimlake KZP Writer Port", L"KZP:"})
             RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Ports",
                                port);
-        printui::ForgetCommands();
         EXPECT_EQ(Lines{}, DescribeMachine());
         EXPECT_EQ(Lines{}, Files());
     }
@@ -142,10 +140,6 @@ TEST_F(Package, InstallsOnceRepairsFilesAloneAndRemovesAsDocumented) {
     EXPECT_EQ(kFolder, ReadValue(HKEY_LOCAL_MACHINE, kSettingsKey, L"InstallDir").value().Text());
     EXPECT_EQ(kFolder + L"kzpwriter.chm",
               ReadValue(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath").value().Text());
-    EXPECT_EQ(Lines{L"/if /z /r \"Brimlake KZP Writer Port\" /b \"Brimlake KZP Writer\" "
-                    L"/m \"Brimlake KZP Writer\" /h \"Intel\" /v \"Windows 2000\" /f \"" +
-                    kFolder + L"Driver\\kzpwriter.inf\""},
-              printui::Commands());
     const DWORD spoolerAfter = SpoolerProcess();
     EXPECT_NE(0u, spoolerAfter);
     EXPECT_NE(spoolerBefore, spoolerAfter) << "the service was stopped and started";
@@ -229,10 +223,10 @@ TEST_F(Package, BringsALostPrinterBackByRepairAndIsRemovedWithoutIt) {
     spooler::RemovePrinter(L"Brimlake KZP Writer");
     // What has become of the files does not matter, either.
     EXPECT_TRUE(DeleteFileW((kFolder + L"KZPWriterUI.dll").c_str()));
-    printui::ForgetCommands();
+    spooler::StartLog();
     const InstallerRun removed = RunInstaller(m_remove);
     EXPECT_EQ(0u, removed.exitCode);
-    EXPECT_EQ(Lines{}, printui::Commands()) << "which would show that there is no such printer";
+    EXPECT_EQ(Lines{}, spooler::ReadLog()) << "which would show that there is no such printer";
     Lines machine = InstalledMachine();
     machine.erase(machine.begin() + 5);  // the monitor
     machine.erase(machine.begin() + 2);  // the printer

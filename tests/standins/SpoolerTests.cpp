@@ -40,7 +40,7 @@ class StandInSpooler : public testing::Test {
   protected:
     void SetUp() override {
         ASSERT_TRUE(spooler::IsInPlace()) << "the platform's own spooler was loaded";
-        spooler::SetUpPrinter({.name = kPrinter, .attributes = 0x240});
+        spooler::SetUpPrinter({.name = kPrinter});
     }
 
     test::ScratchRegistry m_registry;

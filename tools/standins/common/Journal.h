@@ -23,18 +23,16 @@ class MachineLock {
 class Journal {
   public:
     // The entries are values of the key `path` below `root`, numbered in the order of their arrival.
-    Journal(HKEY root, std::wstring path) : m_root(root), m_path(std::move(path)) {}
+    Journal(HKEY root, const wchar_t* path) : m_root(root), m_path(path) {}
 
-    // Whether the journal is open; one is opened by Open or by the first Append.
-    bool IsOpen() const;
-    void Open() const;
-    void Append(const std::wstring& entry) const;
-    std::vector<std::wstring> Read() const;  // oldest first
-    void Remove() const;                     // closes it and forgets all entries
+    void Start() const;                            // empty
+    void Append(const std::wstring& entry) const;  // dropped when none was started
+    std::vector<std::wstring> Read() const;        // oldest first
+    void Stop() const;                             // and forget it
 
   private:
     HKEY m_root;
-    std::wstring m_path;
+    const wchar_t* m_path;
 };
 
 }  // namespace kzp::standins

@@ -1,5 +1,6 @@
 #include "tools/standins/common/Registry.h"
 
+#include <algorithm>
 #include <cstring>
 #include <cwchar>
 
@@ -7,27 +8,33 @@ namespace kzp::standins {
 
 namespace {
 
-constexpr size_t kLongestName = 16384;  // of a value, with its terminator; keys have shorter ones
+constexpr DWORD kLongestName = 16384;  // of a value, with its terminator; keys have shorter ones
 
-std::wstring TextOf(const std::vector<BYTE>& bytes) {
-    std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
-    std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
-    return text;
+// RegEnumKeyExW and RegEnumValueW differ only in what is not wanted here.
+template <class Enumerate>
+std::vector<std::wstring> Names(const Key& key, Enumerate enumerate) {
+    std::vector<std::wstring> names;
+    std::wstring name(kLongestName, L'\0');
+    for (DWORD length = kLongestName; enumerate(key.Get(), static_cast<DWORD>(names.size()), name.data(),
+                                                &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+         length = kLongestName)
+        names.push_back(name.substr(0, length));
+    return names;
 }
 
 }  // namespace
 
 Key OpenKey(HKEY root, const std::wstring& path, REGSAM access) {
-    HKEY key = nullptr;
-    return Key(RegOpenKeyExW(root, path.c_str(), 0, access, &key) == ERROR_SUCCESS ? key : nullptr);
+    Key key;
+    RegOpenKeyExW(root, path.c_str(), 0, access, key.Put());
+    return key;
 }
 
 Key CreateKey(HKEY root, const std::wstring& path) {
-    HKEY key = nullptr;
-    return Key(RegCreateKeyExW(root, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS,
-                               nullptr, &key, nullptr) == ERROR_SUCCESS
-                   ? key
-                   : nullptr);
+    Key key;
+    RegCreateKeyExW(root, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr,
+                    key.Put(), nullptr);
+    return key;
 }
 
 void DeleteKey(HKEY root, const std::wstring& path) {
@@ -36,7 +43,8 @@ void DeleteKey(HKEY root, const std::wstring& path) {
 }
 
 std::wstring Value::Text() const {
-    const std::wstring text = TextOf(bytes);
+    std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
+    std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
     return text.substr(0, text.find(L'\0'));
 }
 
@@ -48,50 +56,28 @@ DWORD Value::Dword() const {
 }
 
 std::optional<Value> ReadValue(const Key& key, const std::wstring& name) {
-    if (!key)
-        return std::nullopt;
     Value value;
-    DWORD bytes = 0;
-    LSTATUS status = RegQueryValueExW(key.Get(), name.c_str(), nullptr, &value.type, nullptr, &bytes);
-    while (status == ERROR_SUCCESS || status == ERROR_MORE_DATA) {
-        // One byte more than needed: a null buffer would make an empty value look like a size question.
-        value.bytes.resize(bytes + 1);
-        DWORD got = bytes;
-        status = RegQueryValueExW(key.Get(), name.c_str(), nullptr, &value.type, value.bytes.data(), &got);
-        if (status == ERROR_SUCCESS) {
-            value.bytes.resize(got);
-            return value;
-        }
-        bytes = got;
+    // Never without room: a null buffer would make an empty value look like a size question.
+    DWORD bytes = 256;
+    LSTATUS status = ERROR_MORE_DATA;
+    while (status == ERROR_MORE_DATA) {
+        value.bytes.resize(bytes);
+        status = RegQueryValueExW(key.Get(), name.c_str(), nullptr, &value.type, value.bytes.data(), &bytes);
     }
-    return std::nullopt;
+    if (status != ERROR_SUCCESS)
+        return std::nullopt;
+    value.bytes.resize(bytes);
+    return value;
 }
 
 std::wstring ReadText(const Key& key, const std::wstring& name, const std::wstring& missing) {
     const auto value = ReadValue(key, name);
-    if (!value || (value->type != REG_SZ && value->type != REG_EXPAND_SZ))
-        return missing;
-    return value->Text();
+    return value && (value->type == REG_SZ || value->type == REG_EXPAND_SZ) ? value->Text() : missing;
 }
 
-DWORD ReadDword(const Key& key, const std::wstring& name, DWORD missing) {
+DWORD ReadDword(const Key& key, const std::wstring& name) {
     const auto value = ReadValue(key, name);
-    if (!value || value->type != REG_DWORD || value->bytes.size() != sizeof(DWORD))
-        return missing;
-    return value->Dword();
-}
-
-std::vector<std::wstring> ReadTexts(const Key& key, const std::wstring& name) {
-    std::vector<std::wstring> texts;
-    const auto value = ReadValue(key, name);
-    if (!value || value->type != REG_MULTI_SZ)
-        return texts;
-    const std::wstring all = TextOf(value->bytes);
-    for (size_t start = 0; start < all.size() && all[start];) {
-        texts.push_back(all.substr(start, all.find(L'\0', start) - start));
-        start += texts.back().size() + 1;
-    }
-    return texts;
+    return value && value->type == REG_DWORD ? value->Dword() : 0;
 }
 
 LSTATUS WriteValue(const Key& key, const std::wstring& name, DWORD type, const void* data, size_t bytes) {
@@ -110,33 +96,23 @@ LSTATUS WriteDword(const Key& key, const std::wstring& name, DWORD value) {
 }
 
 LSTATUS DeleteValue(const Key& key, const std::wstring& name) {
-    return key ? RegDeleteValueW(key.Get(), name.c_str()) : ERROR_FILE_NOT_FOUND;
+    return RegDeleteValueW(key.Get(), name.c_str());
 }
 
 std::vector<std::wstring> SubkeyNames(const Key& key) {
-    std::vector<std::wstring> names;
-    std::wstring name(kLongestName, L'\0');
-    DWORD length = kLongestName;
-    for (DWORD index = 0; key && RegEnumKeyExW(key.Get(), index, name.data(), &length, nullptr, nullptr,
-                                               nullptr, nullptr) == ERROR_SUCCESS;
-         ++index, length = kLongestName)
-        names.push_back(name.substr(0, length));
-    return names;
+    return Names(key, RegEnumKeyExW);
 }
 
 std::vector<std::wstring> ValueNames(const Key& key) {
-    std::vector<std::wstring> names;
-    std::wstring name(kLongestName, L'\0');
-    DWORD length = kLongestName;
-    for (DWORD index = 0; key && RegEnumValueW(key.Get(), index, name.data(), &length, nullptr, nullptr,
-                                               nullptr, nullptr) == ERROR_SUCCESS;
-         ++index, length = kLongestName)
-        names.push_back(name.substr(0, length));
-    return names;
+    return Names(key, RegEnumValueW);
 }
 
 bool SameName(const std::wstring& left, const std::wstring& right) {
     return _wcsicmp(left.c_str(), right.c_str()) == 0;
+}
+
+bool Contains(const std::vector<std::wstring>& names, const std::wstring& name) {
+    return std::ranges::any_of(names, [&](const std::wstring& each) { return SameName(each, name); });
 }
 
 }  // namespace kzp::standins

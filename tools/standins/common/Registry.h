@@ -29,12 +29,10 @@ struct Value {
     DWORD Dword() const;        // 0 when shorter than 4 bytes
 };
 
-// All reads take an empty key for one without values. Texts end at the first NUL or with the stored bytes;
-// a value of another type counts as missing.
+// All reads take an empty key for one without values; a value of another type counts as missing.
 std::optional<Value> ReadValue(const Key& key, const std::wstring& name);
 std::wstring ReadText(const Key& key, const std::wstring& name, const std::wstring& missing = {});
-DWORD ReadDword(const Key& key, const std::wstring& name, DWORD missing = 0);
-std::vector<std::wstring> ReadTexts(const Key& key, const std::wstring& name);  // REG_MULTI_SZ
+DWORD ReadDword(const Key& key, const std::wstring& name);
 
 // These answer a Win32 code.
 LSTATUS WriteText(const Key& key, const std::wstring& name, const std::wstring& text);
@@ -46,7 +44,8 @@ LSTATUS DeleteValue(const Key& key, const std::wstring& name);
 std::vector<std::wstring> SubkeyNames(const Key& key);
 std::vector<std::wstring> ValueNames(const Key& key);
 
-// Equal without regard to case, as names in the registry and in the spooler are.
+// Without regard to case, as names in the registry and in the spooler are.
 bool SameName(const std::wstring& left, const std::wstring& right);
+bool Contains(const std::vector<std::wstring>& names, const std::wstring& name);
 
 }  // namespace kzp::standins

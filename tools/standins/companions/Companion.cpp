@@ -1,5 +1,5 @@
-// Stands for any of the companion programs: says that it was started, shows a window or holds the signal
-// mapping (or does neither), and waits to be ended.
+// Stands for any of the companion programs: shows a window or holds the signal mapping (or does neither), and
+// waits to be ended.
 #include <windows.h>
 
 #include <optional>
@@ -18,78 +18,44 @@ std::wstring OwnPath() {
     return std::wstring(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
 }
 
-std::wstring FileName(const std::wstring& path) {
-    return path.substr(path.find_last_of(L'\\') + 1);
-}
-
-void NoteStart(const std::wstring& path) {
-    const kzp::UniqueFile file(CreateFileW((path + kStartsSuffix).c_str(), FILE_APPEND_DATA,
-                                           FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
-                                           FILE_ATTRIBUTE_NORMAL, nullptr));
-    const std::wstring line = std::wstring(GetCommandLineW()) + L"\n";
-    DWORD written = 0;
-    if (file)
-        WriteFile(file.Get(), line.data(), static_cast<DWORD>(line.size() * sizeof(wchar_t)), &written,
-                  nullptr);
-}
-
-std::wstring Instruction(const std::wstring& path, const std::wstring& arguments) {
-    if (!arguments.empty())
-        return arguments;
+std::wstring Instruction(const std::wstring& path) {
     wchar_t word[32];
     GetPrivateProfileStringW(kInstructionSection, kInstructionKey, kShowsWindow, word, 32,
                              (path + kInstructionSuffix).c_str());
     return word;
 }
 
-bool ShowMainWindow(HINSTANCE instance, const std::wstring& title) {
-    WNDCLASSW windowClass{};
-    windowClass.lpfnWndProc = DefWindowProcW;
-    windowClass.hInstance = instance;
-    windowClass.lpszClassName = L"KZP Stand-ins Companion";
-    windowClass.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
-    RegisterClassW(&windowClass);
-    // Not activated: the program under test keeps the focus, as with the companions that it starts.
-    const HWND window =
-        CreateWindowExW(WS_EX_NOACTIVATE, windowClass.lpszClassName, title.c_str(), WS_OVERLAPPEDWINDOW, 10,
-                        10, 240, 120, nullptr, nullptr, instance, nullptr);
-    if (!window)
-        return false;
+// Not activated: the program under test keeps the focus, as with the companions that it starts.
+bool ShowMainWindow(const std::wstring& title) {
+    const HWND window = CreateWindowExW(WS_EX_NOACTIVATE, L"STATIC", title.c_str(), WS_OVERLAPPEDWINDOW, 10,
+                                        10, 240, 120, nullptr, nullptr, nullptr, nullptr);
     ShowWindow(window, SW_SHOWNOACTIVATE);
-    UpdateWindow(window);
-    return true;
+    return window;
 }
 
-// Serves the window until `quit` is set or the time is over.
+// Serves the window until `quit` is set, or until nothing has happened for a companion's life.
 void WaitForEnd(HANDLE quit) {
-    const ULONGLONG end = GetTickCount64() + kCompanionLifeMs;
-    for (ULONGLONG now = GetTickCount64(); now < end; now = GetTickCount64()) {
-        if (MsgWaitForMultipleObjects(1, &quit, FALSE, static_cast<DWORD>(end - now), QS_ALLINPUT) ==
-            WAIT_OBJECT_0)
-            return;
+    while (MsgWaitForMultipleObjects(1, &quit, FALSE, kCompanionLifeMs, QS_ALLINPUT) == WAIT_OBJECT_0 + 1) {
         MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&message);
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
             DispatchMessageW(&message);
-        }
     }
 }
 
 }  // namespace
 
-int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, wchar_t* arguments, int) {
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t*, int) {
     const std::wstring path = OwnPath();
-    const std::wstring name = FileName(path);
+    const std::wstring name = path.substr(path.find_last_of(L'\\') + 1);
     const kzp::UniqueKernelHandle alive(CreateEventW(nullptr, TRUE, TRUE, kAliveEvent));
     const kzp::UniqueKernelHandle quit(CreateEventW(nullptr, TRUE, FALSE, kQuitEvent));
     const kzp::UniqueKernelHandle ready(CreateEventW(nullptr, TRUE, FALSE, (kReadyEvent + name).c_str()));
-    NoteStart(path);
 
-    const std::wstring instruction = Instruction(path, arguments);
+    const std::wstring instruction = Instruction(path);
     std::optional<kzp::SignalMapping> mapping;
     if (instruction == kHoldsMapping && !mapping.emplace(true, true).IsValid())
         return 1;
-    if (instruction == kShowsWindow && !ShowMainWindow(instance, name))
+    if (instruction == kShowsWindow && !ShowMainWindow(name))
         return 1;
     SetEvent(ready.Get());
     WaitForEnd(quit.Get());

@@ -5,17 +5,14 @@ namespace kzp::standins {
 
 inline constexpr wchar_t kCompanionFile[] = L"companion.exe";  // copied under other names
 
-// What a companion does while it runs: the word "window", "mapping" or "nothing", as its only argument or in
-// the file <its name>.ini beside it; otherwise it shows a window. What is started without arguments by the
-// program under test takes its instruction from the file.
+// What a companion does while it runs: the word "window", "mapping" or "nothing" in the file <its name>.ini
+// beside it; otherwise it shows a window.
 inline constexpr wchar_t kInstructionSection[] = L"Companion";
 inline constexpr wchar_t kInstructionKey[] = L"Does";
 inline constexpr wchar_t kShowsWindow[] = L"window";
 inline constexpr wchar_t kHoldsMapping[] = L"mapping";
 inline constexpr wchar_t kDoesNothing[] = L"nothing";
 
-// Each start appends its command line to <its name>.starts beside it, as a line of UTF-16.
-inline constexpr wchar_t kStartsSuffix[] = L".starts";
 inline constexpr wchar_t kInstructionSuffix[] = L".ini";
 
 // Manual-reset events. Ready is followed by the program's file name and is set once it does what it was told;

@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <string>
-#include <vector>
 
 #include "support/UniqueHandle.h"
 #include "tools/standins/companions/CompanionNames.h"
@@ -12,17 +11,14 @@
 namespace kzp::standins {
 
 // Copies the companion, which stands beside this program, into `folder` under `name` (with ".exe") and tells
-// it what to do when it is started without arguments (kShowsWindow ...). Answers its path, empty on failure.
+// it what to do (kShowsWindow ...). Answers its path, empty on failure.
 std::wstring PlaceCompanion(const std::wstring& folder, const std::wstring& name, const wchar_t* does);
 
-// Starts a placed companion; with `does` it follows that instead. Empty when it could not be started.
-UniqueKernelHandle StartCompanion(const std::wstring& path, const wchar_t* does = nullptr);
+// Starts a placed companion. Empty when it could not be started.
+UniqueKernelHandle StartCompanion(const std::wstring& path);
 
 // Whether a companion of that file name, whoever started it, does what it was told within the time.
 bool WaitReady(const std::wstring& name, DWORD milliseconds = 10000);
-
-// The command lines with which the companion at `path` was started so far, by whomever.
-std::vector<std::wstring> Starts(const std::wstring& path);
 
 // Ends all companions and waits for their end; false when some are still there after the time.
 bool QuitAll(DWORD milliseconds = 10000);

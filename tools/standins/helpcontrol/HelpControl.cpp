@@ -3,16 +3,14 @@
 
 #include <new>
 
-#include "tools/standins/common/Journal.h"
 #include "tools/standins/helpcontrol/HelpRecords.h"
 
 extern "C" HWND WINAPI HtmlHelpW(HWND caller, LPCWSTR address, UINT command, DWORD_PTR data) {
-    using namespace kzp::standins;
     try {
         // The address last: it may hold any character.
-        Journal(HKEY_CURRENT_USER, help::kCallsKey)
-            .Append(std::wstring(caller ? L"owner " : L"") + L"command " + std::to_wstring(command) +
-                    (data ? L" data " : L" ") + (address ? address : L""));
+        kzp::standins::help::calls.Append(std::wstring(caller ? L"owner " : L"") + L"command " +
+                                          std::to_wstring(command) + (data ? L" data " : L" ") +
+                                          (address ? address : L""));
     } catch (const std::bad_alloc&) {
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     }

@@ -1,35 +1,19 @@
 #include "tools/standins/helpcontrol/HelpRecords.h"
 
-#include "tools/standins/common/Journal.h"
-#include "tools/standins/common/Registry.h"
-
 namespace kzp::standins::help {
 
-std::vector<std::wstring> Calls() {
-    return Journal(HKEY_CURRENT_USER, kCallsKey).Read();
-}
-
-void ForgetCalls() {
-    Journal(HKEY_CURRENT_USER, kCallsKey).Remove();
-}
-
-RegisteredControl::RegisteredControl(const std::wstring& path, DWORD type) {
-    const Key key = CreateKey(HKEY_CLASSES_ROOT, kControlKey);
-    const auto old = ReadValue(key, L"");
-    m_hadValue = old.has_value();
-    if (old) {
-        m_oldType = old->type;
-        m_oldBytes = old->bytes;
-    }
-    WriteValue(key, L"", type, path.c_str(), (path.size() + 1) * sizeof(wchar_t));
+// The default value of the key is the path of the platform's help control.
+RegisteredControl::RegisteredControl(const std::wstring& path, DWORD type)
+    : m_key(CreateKey(HKEY_CLASSES_ROOT, L"CLSID\\{ADB880A6-D8FF-11CF-9377-00AA003B7A11}\\InprocServer32")),
+      m_old(ReadValue(m_key, L"")) {
+    WriteValue(m_key, L"", type, path.c_str(), (path.size() + 1) * sizeof(wchar_t));
 }
 
 RegisteredControl::~RegisteredControl() {
-    const Key key = CreateKey(HKEY_CLASSES_ROOT, kControlKey);
-    if (m_hadValue)
-        WriteValue(key, L"", m_oldType, m_oldBytes.data(), m_oldBytes.size());
+    if (m_old)
+        WriteValue(m_key, L"", m_old->type, m_old->bytes.data(), m_old->bytes.size());
     else
-        DeleteValue(key, L"");
+        DeleteValue(m_key, L"");
 }
 
 }  // namespace kzp::standins::help

@@ -1,47 +1,35 @@
 // The frame around every spooler call: failures on demand, the log, one call at a time across processes, and
-// Win32 codes turned into what the caller gets.
+// refusals turned into what the caller gets.
 #pragma once
 
 #include <windows.h>
 
-#include <new>
+#include <functional>
 #include <string>
 
-#include "tools/standins/common/Journal.h"
 #include "tools/standins/spooler/Places.h"
 
 namespace kzp::standins::spooler {
 
-// The code with which a test wants this call of `function` to fail; ERROR_SUCCESS for none.
-DWORD DemandedFailure(const wchar_t* function);
+// Thrown by what a call does: it fails with this Win32 code.
+struct Refusal {
+    DWORD code;
+};
 
-// Notes "<function> <subject>" when the log is open.
-void LogCall(const wchar_t* function, const wchar_t* subject);
-
-// Runs `body`, which answers a Win32 code, as the call `function`; `note` runs before, also when the call is
-// to fail: the log holds what was asked for.
-template <class Note, class Body>
-DWORD AnswerNoted(const wchar_t* function, Note note, Body body) {
-    try {
-        const MachineLock lock(kLockName);
-        note();
-        const DWORD demanded = DemandedFailure(function);
-        return demanded != ERROR_SUCCESS ? demanded : static_cast<DWORD>(body());
-    } catch (const std::bad_alloc&) {
-        return ERROR_NOT_ENOUGH_MEMORY;
-    }
+inline void Require(bool holds, DWORD code) {
+    if (!holds)
+        throw Refusal{code};
+}
+inline void Check(LSTATUS code) {
+    Require(code == ERROR_SUCCESS, static_cast<DWORD>(code));
 }
 
-template <class Body>
-DWORD Answer(const wchar_t* function, Body body) {
-    return AnswerNoted(function, [] {}, body);
-}
+// Performs the call `function`, unless a test wants it to fail; answers its Win32 code.
+DWORD Answer(const wchar_t* function, const std::function<void()>& body);
 
-// For a call that changes something; `subject` (may be null) is the argument to be logged.
-template <class Body>
-DWORD AnswerChange(const wchar_t* function, const wchar_t* subject, Body body) {
-    return AnswerNoted(function, [&] { LogCall(function, subject); }, body);
-}
+// For a call that changes something: the log holds what was asked for, `subject` (may be null) with it, also
+// when the call is to fail.
+DWORD AnswerChange(const wchar_t* function, const wchar_t* subject, const std::function<void()>& body);
 
 // For the calls that answer TRUE, or FALSE with the last error set.
 inline BOOL Succeeded(DWORD code) {
@@ -52,6 +40,20 @@ inline BOOL Succeeded(DWORD code) {
 
 inline bool IsEmpty(const wchar_t* text) {
     return !text || !*text;
+}
+
+// The caller's record, which must be of the level that the call takes.
+template <class Info>
+const Info& RecordOf(const BYTE* data, bool rightLevel) {
+    Require(rightLevel, ERROR_INVALID_LEVEL);
+    Require(data, ERROR_INVALID_PARAMETER);
+    return *reinterpret_cast<const Info*>(data);
+}
+
+// A text of that record for the log; null when there is none.
+template <class Info>
+const wchar_t* TextIn(const BYTE* data, bool rightLevel, LPWSTR Info::* text) {
+    return data && rightLevel ? reinterpret_cast<const Info*>(data)->*text : nullptr;
 }
 
 }  // namespace kzp::standins::spooler

@@ -1,17 +1,11 @@
 // Printer drivers. Only their records are kept; the files they name are somebody else's business.
-#include "tools/standins/spooler/Drivers.h"
-
 #include <windows.h>
 #include <winspool.h>
-
-#include <algorithm>
 
 #include "tools/standins/common/Registry.h"
 #include "tools/standins/spooler/Calls.h"
 #include "tools/standins/spooler/Handles.h"
-#include "tools/standins/spooler/Places.h"
-#include "tools/standins/spooler/Ports.h"
-#include "tools/standins/spooler/Queues.h"
+#include "tools/standins/spooler/Machine.h"
 #include "tools/standins/spooler/Reply.h"
 
 using namespace kzp::standins;
@@ -19,79 +13,23 @@ using namespace kzp::standins::spooler;
 
 namespace {
 
+struct DriverFile {
+    LPWSTR DRIVER_INFO_2W::* path;
+    const wchar_t* value;
+};
+constexpr DriverFile kFiles[] = {{&DRIVER_INFO_2W::pDriverPath, L"Driver"},
+                                 {&DRIVER_INFO_2W::pDataFile, L"Data File"},
+                                 {&DRIVER_INFO_2W::pConfigFile, L"Configuration File"}};
+
 std::wstring DriverPath(const std::wstring& driver) {
     return std::wstring(kDriversKey) + L"\\" + driver;
 }
 
+// Where the spooler keeps the files of drivers of version 3, with a closing backslash.
 std::wstring DriverDirectory() {
     wchar_t system[MAX_PATH];
     const UINT length = GetSystemDirectoryW(system, MAX_PATH);
-    return std::wstring(system, length < MAX_PATH ? length : 0) + L"\\spool\\drivers\\x64";
-}
-
-// Drivers name their files with or without a folder; the spooler serves them from its own.
-std::wstring FileName(const wchar_t* path) {
-    const std::wstring text = path ? path : L"";
-    return text.substr(text.find_last_of(L'\\') + 1);
-}
-
-std::wstring ServedPath(const Key& driver, const wchar_t* value) {
-    const std::wstring file = ReadText(driver, value);
-    return file.empty() ? file : DriverDirectory() + L"\\3\\" + file;
-}
-
-DWORD Store(const DRIVER_INFO_2W& info, const Key& key) {
-    WriteText(key, L"Driver", FileName(info.pDriverPath));
-    WriteText(key, L"Data File", FileName(info.pDataFile));
-    return static_cast<DWORD>(WriteText(key, L"Configuration File", FileName(info.pConfigFile)));
-}
-
-// Adding a driver that exists replaces its record.
-DWORD Add(DWORD level, const BYTE* data) {
-    if (level != 2 && level != 3)
-        return ERROR_INVALID_LEVEL;
-    if (!data)
-        return ERROR_INVALID_PARAMETER;
-    const auto& info = *reinterpret_cast<const DRIVER_INFO_2W*>(data);  // level 3 begins alike
-    if (IsEmpty(info.pName) || std::wcschr(info.pName, L'\\') || IsEmpty(info.pDriverPath) ||
-        IsEmpty(info.pDataFile) || IsEmpty(info.pConfigFile))
-        return ERROR_INVALID_PARAMETER;
-    if (!IsOwnEnvironment(info.pEnvironment))
-        return ERROR_INVALID_ENVIRONMENT;
-    return Store(info, CreateKey(HKEY_LOCAL_MACHINE, DriverPath(info.pName)));
-}
-
-bool IsDriverInUse(const std::wstring& driver) {
-    const std::vector<std::wstring> queues = QueueNames();
-    return std::any_of(queues.begin(), queues.end(), [&](const std::wstring& name) {
-        const auto queue = LoadQueue(name);
-        return queue && SameName(queue->driver, driver);
-    });
-}
-
-DWORD Delete(const wchar_t* environment, const wchar_t* driver) {
-    if (IsEmpty(driver))
-        return ERROR_INVALID_PARAMETER;
-    if (!IsOwnEnvironment(environment))
-        return ERROR_INVALID_ENVIRONMENT;
-    if (!DriverExists(driver))
-        return ERROR_UNKNOWN_PRINTER_DRIVER;
-    if (IsDriverInUse(driver))
-        return ERROR_PRINTER_DRIVER_IN_USE;
-    DeleteKey(HKEY_LOCAL_MACHINE, DriverPath(driver));
-    return ERROR_SUCCESS;
-}
-
-DWORD HandOut(const std::wstring& driver, BYTE* buffer, DWORD bytes, DWORD* needed) {
-    const Key key = OpenKey(HKEY_LOCAL_MACHINE, DriverPath(driver));
-    Reply<DRIVER_INFO_2W> reply;
-    reply.Add({3, nullptr, nullptr, nullptr, nullptr, nullptr});
-    reply.Text(&DRIVER_INFO_2W::pName, driver);
-    reply.Text(&DRIVER_INFO_2W::pEnvironment, kEnvironment);
-    reply.Text(&DRIVER_INFO_2W::pDriverPath, ServedPath(key, L"Driver"));
-    reply.Text(&DRIVER_INFO_2W::pDataFile, ServedPath(key, L"Data File"));
-    reply.Text(&DRIVER_INFO_2W::pConfigFile, ServedPath(key, L"Configuration File"));
-    return reply.HandOut(buffer, bytes, needed);
+    return std::wstring(system, length < MAX_PATH ? length : 0) + L"\\spool\\drivers\\x64\\3\\";
 }
 
 }  // namespace
@@ -107,34 +45,52 @@ bool DriverExists(const std::wstring& name) {
 
 extern "C" {
 
-BOOL WINAPI AddPrinterDriverExW(LPWSTR, DWORD level, LPBYTE data, DWORD) {
-    const bool named = data && (level == 2 || level == 3);
-    return Succeeded(AnswerChange(L"AddPrinterDriverExW",
-                                  named ? reinterpret_cast<const DRIVER_INFO_2W*>(data)->pName : nullptr,
-                                  [&] { return Add(level, data); }));
-}
-
-BOOL WINAPI AddPrinterDriverW(LPWSTR server, DWORD level, LPBYTE data) {
-    return AddPrinterDriverExW(server, level, data, APD_COPY_NEW_FILES);
+// Adding a driver that exists replaces its record.
+BOOL WINAPI AddPrinterDriverW(LPWSTR, DWORD level, LPBYTE data) {
+    const bool known = level == 2 || level == 3;  // which begin alike
+    const wchar_t* const name = TextIn(data, known, &DRIVER_INFO_2W::pName);
+    return Succeeded(AnswerChange(L"AddPrinterDriverW", name, [&] {
+        const auto& info = RecordOf<DRIVER_INFO_2W>(data, known);
+        Require(!IsEmpty(name) && !std::wcschr(name, L'\\'), ERROR_INVALID_PARAMETER);
+        for (const DriverFile& file : kFiles)
+            Require(!IsEmpty(info.*file.path), ERROR_INVALID_PARAMETER);
+        RequireOwnEnvironment(info.pEnvironment);
+        // Drivers name their files with or without a folder; the spooler serves them from its own.
+        const Key key = CreateKey(HKEY_LOCAL_MACHINE, DriverPath(name));
+        for (const DriverFile& file : kFiles) {
+            const std::wstring path = info.*file.path;
+            Check(WriteText(key, file.value, path.substr(path.find_last_of(L'\\') + 1)));
+        }
+    }));
 }
 
 BOOL WINAPI DeletePrinterDriverW(LPWSTR, LPWSTR environment, LPWSTR driver) {
-    return Succeeded(
-        AnswerChange(L"DeletePrinterDriverW", driver, [&] { return Delete(environment, driver); }));
+    return Succeeded(AnswerChange(L"DeletePrinterDriverW", driver, [&] {
+        Require(!IsEmpty(driver), ERROR_INVALID_PARAMETER);
+        RequireOwnEnvironment(environment);
+        Require(DriverExists(driver), ERROR_UNKNOWN_PRINTER_DRIVER);
+        Require(!Contains(QueueTexts(L"Printer Driver"), driver), ERROR_PRINTER_DRIVER_IN_USE);
+        DeleteKey(HKEY_LOCAL_MACHINE, DriverPath(driver));
+    }));
 }
 
 BOOL WINAPI GetPrinterDriverW(HANDLE handle, LPWSTR environment, DWORD level, LPBYTE buffer, DWORD bytes,
                               LPDWORD needed) {
-    return Succeeded(Answer(L"GetPrinterDriverW", [&]() -> DWORD {
-        std::wstring printer;
-        if (const DWORD error = FindPrinter(handle, false, printer))
-            return error;
-        if (!IsOwnEnvironment(environment))
-            return ERROR_INVALID_ENVIRONMENT;
-        const auto queue = LoadQueue(printer);
-        if (!queue || !DriverExists(queue->driver))
-            return ERROR_UNKNOWN_PRINTER_DRIVER;
-        return level == 2 ? HandOut(queue->driver, buffer, bytes, needed) : DWORD{ERROR_INVALID_LEVEL};
+    return Succeeded(Answer(L"GetPrinterDriverW", [&] {
+        const std::wstring printer = FindPrinter(handle);
+        RequireOwnEnvironment(environment);
+        const std::wstring driver =
+            ReadText(OpenKey(HKEY_LOCAL_MACHINE, QueuePath(printer)), L"Printer Driver");
+        Require(DriverExists(driver), ERROR_UNKNOWN_PRINTER_DRIVER);
+        Require(level == 2, ERROR_INVALID_LEVEL);
+        const Key key = OpenKey(HKEY_LOCAL_MACHINE, DriverPath(driver));
+        Reply<DRIVER_INFO_2W> reply;
+        reply.Add({3, nullptr, nullptr, nullptr, nullptr, nullptr});
+        reply.Text(&DRIVER_INFO_2W::pName, driver);
+        reply.Text(&DRIVER_INFO_2W::pEnvironment, kEnvironment);
+        for (const DriverFile& file : kFiles)
+            reply.Text(file.path, DriverDirectory() + ReadText(key, file.value));
+        reply.HandOut(buffer, bytes, needed);
     }));
 }
 

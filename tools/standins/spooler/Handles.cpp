@@ -3,7 +3,8 @@
 #include <map>
 #include <mutex>
 
-#include "tools/standins/spooler/Queues.h"
+#include "tools/standins/spooler/Calls.h"
+#include "tools/standins/spooler/Machine.h"
 
 namespace kzp::standins::spooler {
 
@@ -22,32 +23,26 @@ HANDLE AddHandle(OpenedHandle handle) {
     return reinterpret_cast<HANDLE>(g_nextHandle);
 }
 
-DWORD FindHandle(HANDLE handle, OpenedHandle& found) {
+OpenedHandle FindHandle(HANDLE handle, bool administer) {
     const std::lock_guard guard(g_handlesLock);
-    const auto entry = g_handles.find(reinterpret_cast<ULONG_PTR>(handle));
-    if (entry == g_handles.end())
-        return ERROR_INVALID_HANDLE;
-    found = entry->second;
-    return ERROR_SUCCESS;
+    const auto found = g_handles.find(reinterpret_cast<ULONG_PTR>(handle));
+    Require(found != g_handles.end(), ERROR_INVALID_HANDLE);
+    const OpenedHandle& opened = found->second;
+    const ACCESS_MASK right = opened.printer.empty() ? SERVER_ACCESS_ADMINISTER : PRINTER_ACCESS_ADMINISTER;
+    Require(!administer || (opened.access & right), ERROR_ACCESS_DENIED);
+    return opened;
 }
 
-DWORD CloseHandleEntry(HANDLE handle) {
+void CloseHandleEntry(HANDLE handle) {
     const std::lock_guard guard(g_handlesLock);
-    return g_handles.erase(reinterpret_cast<ULONG_PTR>(handle)) ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
+    Require(g_handles.erase(reinterpret_cast<ULONG_PTR>(handle)), ERROR_INVALID_HANDLE);
 }
 
-DWORD FindPrinter(HANDLE handle, bool administer, std::wstring& printer) {
-    OpenedHandle opened;
-    if (const DWORD error = FindHandle(handle, opened))
-        return error;
-    if (opened.IsServer())
-        return ERROR_INVALID_HANDLE;
-    if (administer && !opened.MayAdminister())
-        return ERROR_ACCESS_DENIED;
-    if (!QueueExists(opened.printer))
-        return ERROR_PRINTER_DELETED;
-    printer = opened.printer;
-    return ERROR_SUCCESS;
+std::wstring FindPrinter(HANDLE handle, bool administer) {
+    Require(!FindHandle(handle).printer.empty(), ERROR_INVALID_HANDLE);
+    const std::wstring printer = FindHandle(handle, administer).printer;
+    Require(QueueExists(printer), ERROR_PRINTER_DELETED);
+    return printer;
 }
 
 }  // namespace kzp::standins::spooler

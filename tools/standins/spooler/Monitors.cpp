@@ -2,14 +2,12 @@
 #include <windows.h>
 #include <winspool.h>
 
-#include <algorithm>
 #include <initializer_list>
 
 #include "support/UniqueHandle.h"
 #include "tools/standins/common/Registry.h"
 #include "tools/standins/spooler/Calls.h"
-#include "tools/standins/spooler/Places.h"
-#include "tools/standins/spooler/Ports.h"
+#include "tools/standins/spooler/Machine.h"
 #include "tools/standins/spooler/Reply.h"
 
 using namespace kzp::standins;
@@ -28,16 +26,13 @@ std::vector<std::wstring> MonitorNames() {
     return names;
 }
 
-// Whether the file can be loaded and has an entry by which a spooler starts a monitor.
-DWORD CheckMonitorDll(const wchar_t* file) {
+// The file must load and have an entry by which a spooler starts a monitor.
+void CheckMonitorDll(const wchar_t* file) {
     const kzp::UniqueModule dll(LoadLibraryW(file));
-    if (!dll)
-        return GetLastError();
-    for (const char* const entry : {"InitializePrintMonitor2", "InitializePrintMonitor"}) {
-        if (GetProcAddress(dll.Get(), entry))
-            return ERROR_SUCCESS;
-    }
-    return ERROR_PROC_NOT_FOUND;
+    Require(static_cast<bool>(dll), GetLastError());
+    Require(GetProcAddress(dll.Get(), "InitializePrintMonitor2") ||
+                GetProcAddress(dll.Get(), "InitializePrintMonitor"),
+            ERROR_PROC_NOT_FOUND);
 }
 
 std::wstring Listed(std::initializer_list<const wchar_t*> texts) {
@@ -47,49 +42,16 @@ std::wstring Listed(std::initializer_list<const wchar_t*> texts) {
     return list;
 }
 
-DWORD Add(DWORD level, const BYTE* data) {
-    if (level != 2)
-        return ERROR_INVALID_LEVEL;
-    if (!data)
-        return ERROR_INVALID_PARAMETER;
-    const auto& monitor = *reinterpret_cast<const MONITOR_INFO_2W*>(data);
-    if (IsEmpty(monitor.pName) || std::wcschr(monitor.pName, L'\\') || IsEmpty(monitor.pDLLName))
-        return ERROR_INVALID_PARAMETER;
-    if (!IsOwnEnvironment(monitor.pEnvironment))
-        return ERROR_INVALID_ENVIRONMENT;
-    if (MonitorExists(monitor.pName))
-        return ERROR_PRINT_MONITOR_ALREADY_INSTALLED;
-    if (const DWORD error = CheckMonitorDll(monitor.pDLLName))
-        return error;
-    return static_cast<DWORD>(
-        WriteText(CreateKey(HKEY_LOCAL_MACHINE, MonitorPath(monitor.pName)), L"Driver", monitor.pDLLName));
-}
-
-DWORD Delete(const wchar_t* environment, const wchar_t* monitor) {
-    if (IsEmpty(monitor))
-        return ERROR_INVALID_PARAMETER;
-    if (!IsOwnEnvironment(environment))
-        return ERROR_INVALID_ENVIRONMENT;
-    if (!MonitorExists(monitor))
-        return ERROR_UNKNOWN_PRINT_MONITOR;
-    if (SameName(monitor, kLocalPort))
-        return ERROR_PRINT_MONITOR_IN_USE;  // all ports are its own
-    DeleteKey(HKEY_LOCAL_MACHINE, MonitorPath(monitor));
-    return ERROR_SUCCESS;
-}
-
 }  // namespace
 
 namespace kzp::standins::spooler {
 
-bool IsOwnEnvironment(const wchar_t* environment) {
-    return IsEmpty(environment) || SameName(environment, kEnvironment);
+void RequireOwnEnvironment(const wchar_t* environment) {
+    Require(IsEmpty(environment) || SameName(environment, kEnvironment), ERROR_INVALID_ENVIRONMENT);
 }
 
 bool MonitorExists(const std::wstring& name) {
-    const std::vector<std::wstring> names = MonitorNames();
-    return std::any_of(names.begin(), names.end(),
-                       [&](const std::wstring& each) { return SameName(each, name); });
+    return Contains(MonitorNames(), name);
 }
 
 }  // namespace kzp::standins::spooler
@@ -97,31 +59,43 @@ bool MonitorExists(const std::wstring& name) {
 extern "C" {
 
 BOOL WINAPI AddMonitorW(LPWSTR, DWORD level, LPBYTE data) {
-    std::wstring monitor;
-    if (data && level == 2) {
-        const auto& info = *reinterpret_cast<const MONITOR_INFO_2W*>(data);
-        monitor = Listed({info.pName, info.pEnvironment, info.pDLLName});
-    }
-    return Succeeded(AnswerChange(L"AddMonitorW", monitor.c_str(), [&] { return Add(level, data); }));
+    MONITOR_INFO_2W monitor{};
+    if (data && level == 2)
+        monitor = *reinterpret_cast<const MONITOR_INFO_2W*>(data);
+    const auto& [name, environment, dll] = monitor;
+    return Succeeded(AnswerChange(L"AddMonitorW", Listed({name, environment, dll}).c_str(), [&] {
+        RecordOf<MONITOR_INFO_2W>(data, level == 2);
+        Require(!IsEmpty(monitor.pName) && !std::wcschr(monitor.pName, L'\\') && !IsEmpty(monitor.pDLLName),
+                ERROR_INVALID_PARAMETER);
+        RequireOwnEnvironment(monitor.pEnvironment);
+        Require(!MonitorExists(monitor.pName), ERROR_PRINT_MONITOR_ALREADY_INSTALLED);
+        CheckMonitorDll(monitor.pDLLName);
+        const Key key = CreateKey(HKEY_LOCAL_MACHINE, MonitorPath(monitor.pName));
+        Check(WriteText(key, L"Driver", monitor.pDLLName));
+    }));
 }
 
 BOOL WINAPI DeleteMonitorW(LPWSTR, LPWSTR environment, LPWSTR monitor) {
-    return Succeeded(AnswerChange(L"DeleteMonitorW", Listed({monitor, environment}).c_str(),
-                                  [&] { return Delete(environment, monitor); }));
+    return Succeeded(AnswerChange(L"DeleteMonitorW", Listed({monitor, environment}).c_str(), [&] {
+        Require(!IsEmpty(monitor), ERROR_INVALID_PARAMETER);
+        RequireOwnEnvironment(environment);
+        Require(MonitorExists(monitor), ERROR_UNKNOWN_PRINT_MONITOR);
+        Require(!SameName(monitor, kLocalPort), ERROR_PRINT_MONITOR_IN_USE);  // all ports are its own
+        DeleteKey(HKEY_LOCAL_MACHINE, MonitorPath(monitor));
+    }));
 }
 
 BOOL WINAPI EnumMonitorsW(LPWSTR, DWORD level, LPBYTE buffer, DWORD bytes, LPDWORD needed, LPDWORD returned) {
-    return Succeeded(Answer(L"EnumMonitorsW", [&]() -> DWORD {
-        if (!returned)
-            return ERROR_INVALID_PARAMETER;
-        if (level != 1)
-            return ERROR_INVALID_LEVEL;
+    return Succeeded(Answer(L"EnumMonitorsW", [&] {
+        Require(returned, ERROR_INVALID_PARAMETER);
+        Require(level == 1, ERROR_INVALID_LEVEL);
         Reply<MONITOR_INFO_1W> names;
         for (const std::wstring& monitor : MonitorNames()) {
             names.Add({});
             names.Text(&MONITOR_INFO_1W::pName, monitor);
         }
-        return names.HandOut(buffer, bytes, needed, returned);
+        *returned = 0;
+        *returned = names.HandOut(buffer, bytes, needed);
     }));
 }
 

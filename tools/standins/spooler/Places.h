@@ -18,9 +18,8 @@ inline constexpr wchar_t kLockName[] = L"KZP Stand-ins Spooler";
 inline constexpr wchar_t kFailKey[] = L"SOFTWARE\\KZP Stand-ins\\Spooler\\Fail";
 inline constexpr wchar_t kLogKey[] = L"SOFTWARE\\KZP Stand-ins\\Spooler\\Log";
 
-inline constexpr wchar_t kPrinterDataKey[] = L"PrinterDriverData";  // below the printer's own key
-inline constexpr wchar_t kEnvironment[] = L"Windows x64";           // the only one there is
-inline constexpr wchar_t kLocalPort[] = L"Local Port";              // the monitor that is always there
+inline constexpr wchar_t kEnvironment[] = L"Windows x64";  // the only one there is
+inline constexpr wchar_t kLocalPort[] = L"Local Port";     // the monitor that is always there
 inline constexpr wchar_t kPrintProcessor[] = L"winprint";
 
 }  // namespace kzp::standins::spooler

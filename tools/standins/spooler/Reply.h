@@ -5,9 +5,10 @@
 
 #include <algorithm>
 #include <cstring>
-#include <optional>
 #include <string>
 #include <vector>
+
+#include "tools/standins/spooler/Calls.h"
 
 namespace kzp::standins::spooler {
 
@@ -21,32 +22,27 @@ class Reply {
 
     template <class Pointer>
     void Text(Pointer Info::* member, const std::wstring& text) {
-        Attach(member, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
+        Block(member, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
     }
-    // Without a block the member becomes null.
     template <class Pointer>
-    void Block(Pointer Info::* member, const std::vector<BYTE>& block) {
-        m_infos.back().*member = nullptr;
-        if (!block.empty())
-            Attach(member, block.data(), block.size());
+    void Block(Pointer Info::* member, const void* data, size_t size) {
+        Info& info = m_infos.back();
+        const auto offset = reinterpret_cast<BYTE*>(&(info.*member)) - reinterpret_cast<BYTE*>(&info);
+        std::vector<BYTE> bytes((size + 1) & ~size_t{1});
+        std::memcpy(bytes.data(), data, size);
+        m_attachments.push_back({m_infos.size() - 1, static_cast<size_t>(offset), std::move(bytes)});
     }
 
-    // The Win32 code of the call. `needed` becomes the size of the whole answer; when the buffer is smaller
-    // (ERROR_INSUFFICIENT_BUFFER) it is left untouched. `returned` (may be null) becomes the number of
-    // structures.
-    DWORD HandOut(BYTE* buffer, DWORD bytes, DWORD* needed, DWORD* returned = nullptr) {
-        if (!needed)
-            return ERROR_INVALID_PARAMETER;
-        if (!buffer && bytes)
-            return ERROR_INVALID_USER_BUFFER;
+    // Answers the number of structures. `needed` becomes the size of the whole answer; when the buffer is
+    // smaller (ERROR_INSUFFICIENT_BUFFER) it is left untouched.
+    DWORD HandOut(BYTE* buffer, DWORD bytes, DWORD* needed) {
+        Require(needed, ERROR_INVALID_PARAMETER);
+        Require(buffer || bytes == 0, ERROR_INVALID_USER_BUFFER);
         size_t total = m_infos.size() * sizeof(Info);
         for (const Attachment& attachment : m_attachments)
             total += attachment.bytes.size();
         *needed = static_cast<DWORD>(total);
-        if (returned)
-            *returned = 0;
-        if (bytes < total)
-            return ERROR_INSUFFICIENT_BUFFER;
+        Require(bytes >= total, ERROR_INSUFFICIENT_BUFFER);
         BYTE* end = buffer + (bytes & ~DWORD{1});
         for (const Attachment& attachment : m_attachments) {
             end -= attachment.bytes.size();
@@ -55,9 +51,7 @@ class Reply {
                         sizeof end);
         }
         std::copy_n(reinterpret_cast<const BYTE*>(m_infos.data()), m_infos.size() * sizeof(Info), buffer);
-        if (returned)
-            *returned = static_cast<DWORD>(m_infos.size());
-        return ERROR_SUCCESS;
+        return static_cast<DWORD>(m_infos.size());
     }
 
   private:
@@ -66,15 +60,6 @@ class Reply {
         size_t pointerOffset;
         std::vector<BYTE> bytes;  // always an even number of them
     };
-
-    template <class Pointer>
-    void Attach(Pointer Info::* member, const void* data, size_t size) {
-        Info& info = m_infos.back();
-        const auto offset = reinterpret_cast<BYTE*>(&(info.*member)) - reinterpret_cast<BYTE*>(&info);
-        std::vector<BYTE> bytes((size + 1) & ~size_t{1});
-        std::memcpy(bytes.data(), data, size);
-        m_attachments.push_back({m_infos.size() - 1, static_cast<size_t>(offset), std::move(bytes)});
-    }
 
     std::vector<Info> m_infos;
     std::vector<Attachment> m_attachments;

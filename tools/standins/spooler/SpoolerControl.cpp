@@ -8,6 +8,8 @@ namespace kzp::standins::spooler {
 
 namespace {
 
+const Journal g_log(HKEY_LOCAL_MACHINE, kLogKey);
+
 std::wstring Below(const wchar_t* key, const std::wstring& name) {
     return std::wstring(key) + L"\\" + name;
 }
@@ -32,31 +34,27 @@ void ClearFailures() {
 }
 
 void StartLog() {
-    StopLog();
-    Journal(HKEY_LOCAL_MACHINE, kLogKey).Open();
+    g_log.Start();
 }
 
 std::vector<std::wstring> ReadLog() {
-    return Journal(HKEY_LOCAL_MACHINE, kLogKey).Read();
+    return g_log.Read();
 }
 
 void StopLog() {
-    Journal(HKEY_LOCAL_MACHINE, kLogKey).Remove();
+    g_log.Stop();
 }
 
 void Note(const std::wstring& entry) {
-    const Journal log(HKEY_LOCAL_MACHINE, kLogKey);
-    if (log.IsOpen())
-        log.Append(entry);
+    g_log.Append(entry);
 }
 
 void SetUpPrinter(const PrinterSetUp& printer) {
     const MachineLock lock(kLockName);
-    WriteText(CreateKey(HKEY_LOCAL_MACHINE, kPortsKey), printer.port, L"");
+    WriteText(CreateKey(HKEY_LOCAL_MACHINE, kPortsKey), L"KZP:", L"");
 
     const Key driver = CreateKey(HKEY_LOCAL_MACHINE, Below(kDriversKey, printer.driver));
-    WriteDword(driver, L"Version", 3);
-    WriteText(driver, L"Driver", printer.driverFile);
+    WriteText(driver, L"Driver", L"unidrv.dll");
     WriteText(driver, L"Data File", L"kzpwriter.gpd");
     WriteText(driver, L"Configuration File", L"unidrvui.dll");
 
@@ -64,14 +62,11 @@ void SetUpPrinter(const PrinterSetUp& printer) {
     DeleteKey(HKEY_LOCAL_MACHINE, path);
     const Key queue = CreateKey(HKEY_LOCAL_MACHINE, path);
     WriteText(queue, L"Name", printer.name);
-    WriteText(queue, L"Port", printer.port);
+    WriteText(queue, L"Port", L"KZP:");
     WriteText(queue, L"Printer Driver", printer.driver);
-    WriteText(queue, L"Print Processor", kPrintProcessor);
-    WriteText(queue, L"Datatype", L"RAW");
-    WriteDword(queue, L"Attributes", printer.attributes);
-    if (printer.deviceMode)
-        WriteValue(queue, L"Default DevMode", REG_BINARY, printer.deviceMode,
-                   size_t{printer.deviceMode->dmSize} + printer.deviceMode->dmDriverExtra);
+    WriteDword(queue, L"Attributes", PRINTER_ATTRIBUTE_LOCAL);
+    if (const DEVMODEW* const mode = printer.deviceMode)
+        WriteValue(queue, L"Default DevMode", REG_BINARY, mode, size_t{mode->dmSize} + mode->dmDriverExtra);
 }
 
 void RemovePrinter(const std::wstring& name) {

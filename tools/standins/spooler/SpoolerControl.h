@@ -20,7 +20,7 @@ void FailCall(const std::wstring& function, DWORD error, DWORD after = 0);
 void ClearFailures();
 
 // The log holds the changing calls in order, each with its chief argument ("SetPrinterDataW KZP Margin",
-// "SetPrinterW 2"), whether or not they succeeded.
+// "SetPrinterW 2"), whether or not they succeeded, and those of the printer set-up ("PrintUIEntryW /dd ...").
 void StartLog();
 std::vector<std::wstring> ReadLog();
 void StopLog();                        // and forget it
@@ -28,10 +28,7 @@ void Note(const std::wstring& entry);  // the test's own, among the calls; dropp
 
 struct PrinterSetUp {
     std::wstring name;
-    DWORD attributes = PRINTER_ATTRIBUTE_LOCAL;
-    std::wstring port = L"KZP:";
     std::wstring driver = L"Brimlake KZP Writer";
-    std::wstring driverFile = L"unidrv.dll";
     const DEVMODEW* deviceMode = nullptr;  // with dmDriverExtra bytes behind it; null: the printer has none
 };
 
