@@ -4,8 +4,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <sstream>
 
 #include "support/UniqueHandle.h"
 #include "tests/support/Files.h"
@@ -40,28 +38,19 @@ void RestorePlatform() {
 }
 
 // The log is in the machine's code page; what is looked for is plain ASCII.
-std::wstring ReadLog(const std::wstring& path) {
+void ReadLog(const std::wstring& path, InstallerRun& run) {
     std::ifstream file{std::filesystem::path(path), std::ios::binary};
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    return {bytes.begin(), bytes.end()};
-}
-
-std::vector<std::wstring> ActionLines(const std::wstring& log) {
-    std::vector<std::wstring> lines;
-    std::wistringstream stream(log);
-    for (std::wstring line; std::getline(stream, line);) {
+    for (std::string bytes; std::getline(file, bytes);) {
+        const std::wstring line(bytes.begin(), bytes.end() - (bytes.ends_with('\r') ? 1 : 0));
         const size_t start = std::min(line.find(L"INFO: "), line.find(L"ERROR: "));
-        if (start == std::wstring::npos)
-            continue;
-        lines.push_back(line.substr(start, line.find_last_not_of(L'\r') + 1 - start));
+        if (start != std::wstring::npos)
+            run.lines.push_back(line.substr(start));
+        for (const wchar_t* const action : {L"RemoveLeftovers", L"UndoInstall", L"Install", L"Uninstall"}) {
+            if (line.starts_with(L"Action start ") && line.ends_with(L": " + std::wstring(action) + L"."))
+                run.started += (run.started.empty() ? L"" : L" ") + std::wstring(action);
+        }
     }
-    return lines;
 }
-
-struct OpenSpoolerService {
-    UniqueService manager{OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT)};
-    UniqueService service{OpenServiceW(manager.Get(), L"Spooler", SERVICE_QUERY_STATUS | SERVICE_START)};
-};
 
 }  // namespace
 
@@ -78,14 +67,6 @@ StandInsInSystemFolder::StandInsInSystemFolder() {
 
 StandInsInSystemFolder::~StandInsInSystemFolder() {
     RestorePlatform();
-}
-
-int InstallerRun::Starts(const std::wstring& action) const {
-    int count = 0;
-    std::wistringstream stream(log);
-    for (std::wstring line; std::getline(stream, line);)
-        count += line.starts_with(L"Action start ") && line.find(L": " + action + L".") != std::wstring::npos;
-    return count;
 }
 
 InstallerRun RunInstaller(const std::wstring& arguments) {
@@ -110,26 +91,8 @@ InstallerRun RunInstaller(const std::wstring& arguments) {
     }
     InstallerRun run;
     GetExitCodeProcess(owned.Get(), &run.exitCode);
-    run.log = ReadLog(log);
-    run.lines = ActionLines(run.log);
+    ReadLog(log, run);
     return run;
-}
-
-DWORD SpoolerProcess() {
-    const OpenSpoolerService spooler;
-    SERVICE_STATUS_PROCESS status = {};
-    DWORD bytes = 0;
-    if (!QueryServiceStatusEx(spooler.service.Get(), SC_STATUS_PROCESS_INFO, reinterpret_cast<BYTE*>(&status),
-                              sizeof status, &bytes))
-        return 0;
-    return status.dwCurrentState == SERVICE_RUNNING ? status.dwProcessId : 0;
-}
-
-void StartSpooler() {
-    const OpenSpoolerService spooler;
-    EXPECT_TRUE(StartServiceW(spooler.service.Get(), 0, nullptr) ||
-                GetLastError() == ERROR_SERVICE_ALREADY_RUNNING)
-        << GetLastError();
 }
 
 }  // namespace kzp::test

@@ -20,19 +20,16 @@ class StandInsInSystemFolder {
 
 struct InstallerRun {
     DWORD exitCode = 0;
-    std::wstring log;                 // all of it
-    std::vector<std::wstring> lines;  // the actions' own, from "INFO: " or "ERROR: " to the line's end
+    std::vector<std::wstring>
+        lines;  // the actions' own in the log, from "INFO: " or "ERROR: " to the line's end
 
-    // How often an action was started: once when it is put into the script, once when that is carried out.
-    int Starts(const std::wstring& action) const;
+    // The plug-in's actions in the order of their starts, "Install Install": once when it is put into the
+    // script, once when that is carried out.
+    std::wstring started;
 };
 
-// Runs "msiexec <arguments> /qn" with a full log. A run that takes longer than 40 s, as one does that waits
-// on a message box, is ended and fails the test.
+// Runs "msiexec <arguments> /qn". A run that takes longer than 40 s, as one does that waits on a message box,
+// is ended and fails the test.
 InstallerRun RunInstaller(const std::wstring& arguments);
-
-// Process of the spooler's service, 0 when it does not run.
-DWORD SpoolerProcess();
-void StartSpooler();
 
 }  // namespace kzp::test

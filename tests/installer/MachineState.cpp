@@ -1,102 +1,72 @@
 #include "tests/installer/MachineState.h"
 
-#include <gtest/gtest.h>
-#include <windows.h>
-#include <winspool.h>
+#include <cstring>
 
-#include "support/UniqueHandle.h"
 #include "tests/support/ScratchRegistry.h"
 
 namespace kzp::test {
 
 namespace {
 
-constexpr wchar_t kPrinter[] = L"Brimlake KZP Writer";
-constexpr wchar_t kPortsKey[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Ports";
-UniquePrinter Open(const wchar_t* name) {
-    UniquePrinter printer;
-    if (!OpenPrinterW(const_cast<wchar_t*>(name), printer.Put(), nullptr))
-        (void)printer.Release();
-    return printer;
-}
-
-std::wstring Hex(DWORD value) {
-    wchar_t text[16] = {};
-    swprintf(text, 16, L"%#lx", value);
-    return text;
-}
-
-void AddPrinter(std::vector<std::wstring>& lines) {
-    const UniquePrinter printer = Open(kPrinter);
-    DWORD bytes = 0;
-    GetPrinterW(printer.Get(), 2, nullptr, 0, &bytes);
-    std::vector<BYTE> buffer(bytes);
-    if (!printer || !GetPrinterW(printer.Get(), 2, buffer.data(), bytes, &bytes))
-        return;
-    const auto& info = *reinterpret_cast<const PRINTER_INFO_2W*>(buffer.data());
-    lines.push_back(L"printer on " + std::wstring(info.pPortName) + L", driver " + info.pDriverName +
-                    L", attributes " + Hex(info.Attributes));
-}
-
-void AddForm(std::vector<std::wstring>& lines) {
-    const UniquePrinter server = Open(nullptr);
-    wchar_t name[] = L"User Defined";
-    BYTE buffer[512] = {};
-    DWORD bytes = 0;
-    if (!server || !GetFormW(server.Get(), name, 1, buffer, sizeof buffer, &bytes))
-        return;
-    const auto& form = *reinterpret_cast<const FORM_INFO_1W*>(buffer);
-    lines.push_back(L"form User Defined " + std::to_wstring(form.Size.cx) + L" x " +
-                    std::to_wstring(form.Size.cy) + L", printable to " +
-                    std::to_wstring(form.ImageableArea.right) + L", " +
-                    std::to_wstring(form.ImageableArea.bottom) + L", flags " + std::to_wstring(form.Flags));
-}
-
-void AddValue(std::vector<std::wstring>& lines, HKEY root, const wchar_t* key, const wchar_t* name) {
-    const auto value = ReadValue(root, key, name);
-    if (!value)
-        return;
-    const std::wstring content = value->type == REG_DWORD ? Hex(value->Dword()) : value->Text();
-    lines.push_back(std::wstring(name) + L" = " + content + L" (type " + std::to_wstring(value->type) +
-                    L", " + std::to_wstring(value->bytes.size()) + L" bytes)");
+// A text with the bytes that it takes, a number, or all numbers of a block.
+std::wstring Shown(const RegistryValue& value) {
+    if (value.type == REG_SZ)
+        return L"\"" + value.Text() + L"\" in " + std::to_wstring(value.bytes.size());
+    std::wstring numbers = value.type == REG_DWORD ? L"" : L"block";
+    for (size_t at = 0; at + sizeof(LONG) <= value.bytes.size(); at += sizeof(LONG)) {
+        LONG number = 0;
+        std::memcpy(&number, value.bytes.data() + at, sizeof number);
+        numbers += L" " + std::to_wstring(number);
+    }
+    return numbers;
 }
 
 }  // namespace
 
-std::vector<std::wstring> DescribeMachine() {
-    std::vector<std::wstring> lines;
-    for (const wchar_t* const port : {L"Brimlake KZP Writer Port", L"KZP:"}) {
-        if (ReadValue(HKEY_LOCAL_MACHINE, kPortsKey, port))
-            lines.push_back(L"port " + std::wstring(port));
-    }
-    AddPrinter(lines);
-    AddValue(lines, HKEY_LOCAL_MACHINE, kDirectoryKey, L"printSpooling");
-    if (KeyExists(HKEY_LOCAL_MACHINE, kDriverKey))
-        lines.push_back(L"driver Brimlake KZP Writer");
-    AddForm(lines);
-    if (const auto dll = ReadValue(HKEY_LOCAL_MACHINE, kMonitorKey, L"Driver"))
-        lines.push_back(L"monitor Brimlake KZP Writer Port, " + dll->Text());
-    AddValue(lines, HKEY_CURRENT_USER, kSettingsKey, L"Publish Directory");
-    AddValue(lines, HKEY_CURRENT_USER, kSettingsKey, L"Enable ASCII");
-    return lines;
-}
-
-std::vector<std::wstring> InstalledMachine() {
-    return {
-        L"port Brimlake KZP Writer Port",
-        L"port KZP:",
-        L"printer on Brimlake KZP Writer Port, driver Brimlake KZP Writer, attributes 0x42",
-        L"driver Brimlake KZP Writer",
-        L"form User Defined 215900 x 279400, printable to 215900, 279400, flags 0",
-        L"monitor Brimlake KZP Writer Port, KZPPortMonitor.dll",
-        L"Publish Directory =  (type 1, 0 bytes)",
-        L"Enable ASCII = 0 (type 4, 4 bytes)",
+Machine DescribeMachine() {
+    const struct {
+        const wchar_t* what;
+        HKEY root;
+        const wchar_t *key, *value;
+    } places[] = {
+        {L"main port", HKEY_LOCAL_MACHINE, kPortsKey, L"Brimlake KZP Writer Port"},
+        {L"second port", HKEY_LOCAL_MACHINE, kPortsKey, L"KZP:"},
+        {L"printer's port", HKEY_LOCAL_MACHINE, kPrinterKey, L"Port"},
+        {L"printer's driver", HKEY_LOCAL_MACHINE, kPrinterKey, L"Printer Driver"},
+        {L"printer's attributes", HKEY_LOCAL_MACHINE, kPrinterKey, L"Attributes"},
+        {L"published", HKEY_LOCAL_MACHINE, kDirectoryKey, L"printSpooling"},
+        {L"driver", HKEY_LOCAL_MACHINE, kDriverKey, L"Driver"},
+        {L"form", HKEY_LOCAL_MACHINE, L"SYSTEM\\CurrentControlSet\\Control\\Print\\Forms", L"User Defined"},
+        {L"monitor", HKEY_LOCAL_MACHINE, kMonitorKey, L"Driver"},
+        {L"directory", HKEY_CURRENT_USER, kSettingsKey, L"Publish Directory"},
+        {L"ASCII", HKEY_CURRENT_USER, kSettingsKey, L"Enable ASCII"},
     };
+    Machine machine;
+    for (const auto& [what, root, key, name] : places) {
+        if (const auto value = ReadValue(root, key, name))
+            machine[what] = Shown(*value);
+    }
+    return machine;
 }
 
-std::vector<std::wstring> MachineAfterRemoval() {
-    const std::vector<std::wstring> installed = InstalledMachine();
-    return {installed[4], installed[6], installed[7]};
+Machine InstalledMachine(const Lines& without) {
+    Machine machine = {{L"main port", L"\"\" in 2"},
+                       {L"second port", L"\"\" in 2"},
+                       {L"printer's port", L"\"Brimlake KZP Writer Port\" in 50"},
+                       {L"printer's driver", L"\"Brimlake KZP Writer\" in 40"},
+                       {L"printer's attributes", L" 66"},
+                       {L"driver", L"\"unidrv.dll\" in 22"},
+                       {L"form", L"block 215900 279400 0 0 215900 279400 0 0"},
+                       {L"monitor", L"\"KZPPortMonitor.dll\" in 38"},
+                       {L"directory", L"\"\" in 0"},
+                       {L"ASCII", L" 0"}};
+    for (const std::wstring& part : without)
+        std::erase_if(machine, [&](const auto& line) { return line.first.starts_with(part); });
+    return machine;
+}
+
+Machine MachineAfterRemoval() {
+    return InstalledMachine({L"main", L"second", L"printer", L"driver", L"monitor"});
 }
 
 }  // namespace kzp::test

@@ -1,6 +1,7 @@
 // What stands on the machine of all that the installer's actions touch.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -15,22 +16,18 @@ inline constexpr wchar_t kMonitorKey[] =
 inline constexpr wchar_t kDriverKey[] =
     L"SYSTEM\\CurrentControlSet\\Control\\Print\\Environments\\Windows x64\\Drivers\\Version-3\\"
     L"Brimlake KZP Writer";
+inline constexpr wchar_t kPortsKey[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Ports";
 
 using Lines = std::vector<std::wstring>;
 
-inline Lines And(Lines first, const Lines& second) {
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
+// Each registry value of the product that is there; a machine without the product has none.
+using Machine = std::map<std::wstring, std::wstring>;
+Machine DescribeMachine();
 
-// One line for each port, printer, driver, form, monitor and registry value of the product; a machine without
-// it gives none.
-std::vector<std::wstring> DescribeMachine();
-
-// What a whole installation leaves in the spooler and the user's settings.
-std::vector<std::wstring> InstalledMachine();
+// What a whole installation leaves in the spooler and the user's settings, but for the parts of these names.
+Machine InstalledMachine(const Lines& without = {});
 
 // What removing it leaves.
-std::vector<std::wstring> MachineAfterRemoval();
+Machine MachineAfterRemoval();
 
 }  // namespace kzp::test

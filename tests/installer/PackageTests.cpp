@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <regex>
 
 #include "tests/installer/InstallerRun.h"
 #include "tests/installer/MachineState.h"
@@ -20,18 +22,67 @@ namespace {
 
 using namespace standins;
 
-const Lines kInstallLog = {L"INFO: Printer Spooler service is restarted",
-                           L"INFO: Sucessfully created Port Monitor in function AddMonitor."};
-const Lines kUninstallLog = {L"INFO: Printer Spooler service is restarted"};
-const Lines kUninstallWithoutMonitorLog = {
-    L"INFO: Printer Spooler service is restarted",
-    L"ERROR: Failed to delete new monitor in function DeleteMonitor. The Error code is: 3000"};
+const std::wstring kRestarted = L"INFO: Printer Spooler service is restarted";
+const std::wstring kMonitorAdded = L"INFO: Sucessfully created Port Monitor in function AddMonitor.";
+const std::wstring kNoMonitor =
+    L"ERROR: Failed to delete new monitor in function DeleteMonitor. The Error code is: 3000";
 
 std::wstring Folder(const wchar_t* variable) {
     wchar_t path[MAX_PATH] = {};
     GetEnvironmentVariableW(variable, path, MAX_PATH);
     return path;
 }
+
+const std::wstring kFolder = Folder(L"ProgramW6432") + L"\\Brimlake\\KZP Writer\\";
+const std::wstring kAllFiles[] = {
+    kFolder + L"KZPWriterUI.dll",       kFolder + L"KZPWriterRes.dll",
+    kFolder + L"kzpwriter.chm",         kFolder + L"Driver\\kzpwriter.inf",
+    kFolder + L"Driver\\kzpwriter.chm", Folder(L"windir") + L"\\system32\\KZPPortMonitor.dll"};
+
+// The product codes of all packages of ours that are installed.
+Lines Products() {
+    Lines products;
+    wchar_t code[39] = {};
+    while (MsiEnumRelatedProductsW(L"{5D0B1A4E-7C0F-4E57-9D0B-6A0C5F3E2B71}", 0,
+                                   static_cast<DWORD>(products.size()), code) == ERROR_SUCCESS)
+        products.emplace_back(code);
+    return products;
+}
+
+// What a run of the installer comes to.
+struct Outcome {
+    Lines lines = {};
+    std::wstring started = {};
+    Machine machine = InstalledMachine();
+    bool product = true;  // is installed, with all its files
+    DWORD exitCode = ERROR_SUCCESS;
+};
+
+void ExpectMachine(const Machine& machine, bool product) {
+    EXPECT_EQ(machine, DescribeMachine());
+    for (const std::wstring& file : kAllFiles)
+        EXPECT_EQ(product, FileExists(file)) << testing::PrintToString(file);
+    EXPECT_EQ(product, KeyExists(HKEY_LOCAL_MACHINE, kProductKey));
+}
+
+void Expect(const std::wstring& arguments, const Outcome& outcome) {
+    SCOPED_TRACE(testing::PrintToString(arguments));
+    const InstallerRun run = RunInstaller(arguments);
+    EXPECT_EQ(outcome.exitCode, run.exitCode);
+    EXPECT_EQ(outcome.lines, run.lines);
+    EXPECT_EQ(outcome.started, run.started);
+    ExpectMachine(outcome.machine, outcome.product);
+    // Wine forgets a product whose removal failed.
+    if (outcome.exitCode == ERROR_SUCCESS) {
+        EXPECT_EQ(outcome.product ? 1u : 0u, Products().size());
+    }
+}
+
+const Outcome kInstalled = {.lines = {kRestarted, kMonitorAdded}, .started = L"UndoInstall Install Install"};
+const Outcome kRemoved = {.lines = {kRestarted},
+                          .started = L"Uninstall Uninstall",
+                          .machine = MachineAfterRemoval(),
+                          .product = false};
 
 // A machine with the stand-in spooler, without the product before and after.
 struct Package : testing::Test {
@@ -45,7 +96,7 @@ struct Package : testing::Test {
         // ever.
         RegDeleteTreeW(HKEY_LOCAL_MACHINE, kComponentsKey);
         std::filesystem::remove_all(kFolder);
-        DeleteFileW(kMonitorFile.c_str());
+        DeleteFileW(std::end(kAllFiles)[-1].c_str());
         spooler::ClearFailures();
         spooler::StopLog();
         spooler::RemovePrinter(L"Brimlake KZP Writer");
@@ -55,53 +106,14 @@ struct Package : testing::Test {
             RegDeleteTreeW(HKEY_LOCAL_MACHINE, path);
         RegDeleteTreeW(HKEY_CURRENT_USER, kProductKey);
         for (const wchar_t* const port : {L"Brimlake KZP Writer Port", L"KZP:"})
-            RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Ports",
-                               port);
-        EXPECT_EQ(Lines{}, DescribeMachine());
-        EXPECT_EQ(Lines{}, Files());
+            RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kPortsKey, port);
+        ExpectMachine({}, false);
     }
 
     static constexpr wchar_t kComponentsKey[] =
         L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Installer\\UserData\\S-1-5-18\\Components";
 
-    // The product codes of all packages of ours that are installed.
-    static Lines Products() {
-        Lines products;
-        wchar_t code[39] = {};
-        while (MsiEnumRelatedProductsW(L"{5D0B1A4E-7C0F-4E57-9D0B-6A0C5F3E2B71}", 0,
-                                       static_cast<DWORD>(products.size()), code) == ERROR_SUCCESS)
-            products.emplace_back(code);
-        return products;
-    }
-
-    // The product's files that are there.
-    static Lines Files() {
-        Lines found;
-        for (const wchar_t* const name : {L"KZPWriterUI.dll", L"KZPWriterRes.dll", L"kzpwriter.chm",
-                                          L"Driver\\kzpwriter.inf", L"Driver\\kzpwriter.chm"}) {
-            if (FileExists(kFolder + name))
-                found.emplace_back(name);
-        }
-        if (FileExists(kMonitorFile))
-            found.emplace_back(L"KZPPortMonitor.dll");
-        return found;
-    }
-
-    inline static const std::wstring kFolder = Folder(L"ProgramW6432") + L"\\Brimlake\\KZP Writer\\";
-    inline static const std::wstring kMonitorFile = Folder(L"windir") + L"\\system32\\KZPPortMonitor.dll";
-    inline static const Lines kAllFiles = {L"KZPWriterUI.dll",       L"KZPWriterRes.dll",
-                                           L"kzpwriter.chm",         L"Driver\\kzpwriter.inf",
-                                           L"Driver\\kzpwriter.chm", L"KZPPortMonitor.dll"};
-
     static std::wstring Install(const wchar_t* package) { return L"/i \"" + BesideExe(package) + L"\""; }
-
-    // That the machine is as it was before the package, the paper form and the settings apart.
-    static void ExpectNothingInstalled(const Lines& machine = {}) {
-        EXPECT_EQ(machine, DescribeMachine());
-        EXPECT_EQ(Lines{}, Files());
-        EXPECT_EQ(Lines{}, Products());
-        EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, kProductKey));
-    }
 
     const std::wstring m_install = Install(L"KZPWriter.msi");
     const std::wstring m_remove = L"/x \"" + BesideExe(L"KZPWriter.msi") + L"\"";
@@ -113,13 +125,11 @@ Lines DocumentedLines() {
     Lines lines;
     std::ifstream document{std::filesystem::path(BesideExe(L"installer.md"))};
     for (std::string line; std::getline(document, line);) {
-        if (!line.starts_with("msiexec "))
-            continue;
-        const size_t package = line.find("KZPWriter-"), behind = line.find(".msi") + 4;
-        lines.push_back(std::wstring(line.begin() + 8, line.begin() + static_cast<std::ptrdiff_t>(package)) +
-                        L"\"" + BesideExe(L"KZPWriter.msi") + L"\"" +
-                        std::wstring(line.begin() + static_cast<std::ptrdiff_t>(behind),
-                                     line.begin() + static_cast<std::ptrdiff_t>(line.find(" /l*v"))));
+        std::smatch parts;
+        if (std::regex_match(line, parts, std::regex("msiexec (.*)KZPWriter-.*\\.msi(.*) /l\\*v.*")))
+            lines.push_back(std::wstring(parts[1].first, parts[1].second) + L"\"" +
+                            BesideExe(L"KZPWriter.msi") + L"\"" +
+                            std::wstring(parts[2].first, parts[2].second));
     }
     return lines;
 }
@@ -127,110 +137,62 @@ Lines DocumentedLines() {
 TEST_F(Package, InstallsOnceRepairsFilesAloneAndRemovesAsDocumented) {
     const Lines documented = DocumentedLines();
     ASSERT_EQ(3u, documented.size()) << "installation, repair, removal";
-    StartSpooler();
-    const DWORD spoolerBefore = SpoolerProcess();
-    const InstallerRun installed = RunInstaller(documented[0]);
-    EXPECT_EQ(0u, installed.exitCode);
-    EXPECT_EQ(kInstallLog, installed.lines);
-    EXPECT_EQ(2, installed.Starts(L"Install"));
-    EXPECT_EQ(1, installed.Starts(L"UndoInstall")) << "kept for a rollback, not run";
-    EXPECT_EQ(0, installed.Starts(L"RemoveLeftovers"));
-    EXPECT_EQ(InstalledMachine(), DescribeMachine());
-    EXPECT_EQ(kAllFiles, Files());
+    Expect(documented[0], kInstalled);
     EXPECT_EQ(kFolder, ReadValue(HKEY_LOCAL_MACHINE, kSettingsKey, L"InstallDir").value().Text());
     EXPECT_EQ(kFolder + L"kzpwriter.chm",
               ReadValue(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath").value().Text());
-    const DWORD spoolerAfter = SpoolerProcess();
-    EXPECT_NE(0u, spoolerAfter);
-    EXPECT_NE(spoolerBefore, spoolerAfter) << "the service was stopped and started";
-
     spooler::StartLog();
-    EXPECT_TRUE(DeleteFileW((kFolder + L"KZPWriterRes.dll").c_str()));
-    for (const std::wstring& again : {documented[0], documented[1]}) {
-        const InstallerRun run = RunInstaller(again);
-        EXPECT_EQ(0u, run.exitCode);
-        EXPECT_EQ(Lines{}, run.lines);
-        for (const wchar_t* const action : {L"Install", L"UndoInstall", L"RemoveLeftovers", L"Uninstall"})
-            EXPECT_EQ(0, run.Starts(action)) << action;
-    }
-    EXPECT_EQ(kAllFiles, Files()) << "the repair brought the missing one back";
-    EXPECT_EQ(InstalledMachine(), DescribeMachine());
+    Expect(documented[0], {});
+    EXPECT_TRUE(DeleteFileW(kAllFiles[1].c_str()));
+    Expect(documented[1], {});
     EXPECT_EQ(Lines{}, spooler::ReadLog()) << "nothing was asked of the spooler";
-    EXPECT_EQ(spoolerAfter, SpoolerProcess());
-
-    const InstallerRun removed = RunInstaller(documented[2]);
-    EXPECT_EQ(0u, removed.exitCode);
-    EXPECT_EQ(kUninstallLog, removed.lines);
-    EXPECT_EQ(2, removed.Starts(L"Uninstall"));
-    EXPECT_EQ(0, removed.Starts(L"Install"));
-    ExpectNothingInstalled(MachineAfterRemoval());
-    EXPECT_NE(spoolerAfter, SpoolerProcess());
+    Expect(documented[2], kRemoved);
 }
 
 TEST_F(Package, UpgradesSilentlyAndRefusesAnOlderVersion) {
-    EXPECT_EQ(0u, RunInstaller(Install(L"KZPWriter-3.4.9.msi")).exitCode);
+    Expect(Install(L"KZPWriter-3.4.9.msi"), kInstalled);
     WriteText(HKEY_CURRENT_USER, kSettingsKey, L"DefaultDir", L"D:\\Out");
     // The same version with other contents is an upgrade, too.
     for (const wchar_t* const package : {L"KZPWriter.msi", L"KZPWriter-other.msi"}) {
         spooler::StartLog();
-        const InstallerRun run = RunInstaller(Install(package));
-        EXPECT_EQ(0u, run.exitCode);
-        EXPECT_EQ(kInstallLog, run.lines) << "the old version's own lines stand in a log of their own";
-        EXPECT_EQ(0, run.Starts(L"RemoveLeftovers"));
-        EXPECT_EQ(2, run.Starts(L"Install"));
-        EXPECT_EQ(1u, Products().size());
-        EXPECT_EQ(InstalledMachine(), DescribeMachine());
-        EXPECT_EQ(kAllFiles, Files());
+        Expect(Install(package), kInstalled);  // the old version's own lines stand in a log of their own
         EXPECT_EQ(package == std::wstring(L"KZPWriter-other.msi"),
                   FileExists(kFolder + L"Look & feel\\read me first.txt"));
         EXPECT_EQ(L"D:\\Out", ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"DefaultDir").value().Text());
-        const Lines calls = spooler::ReadLog();
-        EXPECT_EQ(1, std::count(calls.begin(), calls.end(),
-                                L"DeleteMonitorW Brimlake KZP Writer Port, Windows x64"));
+        EXPECT_EQ(1, std::ranges::count(spooler::ReadLog(),
+                                        L"DeleteMonitorW Brimlake KZP Writer Port, Windows x64"));
     }
     const Lines products = Products();
     spooler::StartLog();
-    EXPECT_EQ(static_cast<DWORD>(ERROR_INSTALL_FAILURE),
-              RunInstaller(Install(L"KZPWriter-3.4.9.msi")).exitCode);
+    Expect(Install(L"KZPWriter-3.4.9.msi"), {.exitCode = ERROR_INSTALL_FAILURE});
     EXPECT_EQ(products, Products());
-    EXPECT_EQ(InstalledMachine(), DescribeMachine());
     EXPECT_EQ(Lines{}, spooler::ReadLog());
 }
 
 TEST_F(Package, ClearsLeftoversFirst) {
     // Without a printer the set-up must not be asked to remove one; the monitor's key goes all the same.
-    for (const bool printer : {false, true}) {
-        WriteText(HKEY_LOCAL_MACHINE, kMonitorKey, L"Driver", L"KZPPortMonitor.dll");
-        if (printer)
-            spooler::SetUpPrinter({.name = L"Brimlake KZP Writer"});
-        const InstallerRun installed = RunInstaller(m_install);
-        EXPECT_EQ(0u, installed.exitCode);
-        EXPECT_EQ(printer ? 2 : 0, installed.Starts(L"RemoveLeftovers"));
-        EXPECT_EQ(printer ? And(kUninstallWithoutMonitorLog, kInstallLog) : kInstallLog, installed.lines);
-        EXPECT_EQ(InstalledMachine(), DescribeMachine());
-        Clean();
-    }
+    WriteText(HKEY_LOCAL_MACHINE, kMonitorKey, L"Driver", L"KZPPortMonitor.dll");
+    Expect(m_install, kInstalled);
+    Clean();
+    WriteText(HKEY_LOCAL_MACHINE, kMonitorKey, L"Driver", L"KZPPortMonitor.dll");
+    spooler::SetUpPrinter({.name = L"Brimlake KZP Writer"});
+    Expect(m_install, {.lines = {kRestarted, kNoMonitor, kRestarted, kMonitorAdded},
+                       .started = L"RemoveLeftovers UndoInstall Install RemoveLeftovers Install"});
 }
 
 TEST_F(Package, BringsALostPrinterBackByRepairAndIsRemovedWithoutIt) {
-    EXPECT_EQ(0u, RunInstaller(m_install).exitCode);
+    Expect(m_install, kInstalled);
     spooler::RemovePrinter(L"Brimlake KZP Writer");
-    const InstallerRun repaired = RunInstaller(m_install + L" REINSTALL=ALL REINSTALLMODE=omus");
-    EXPECT_EQ(0u, repaired.exitCode);
-    EXPECT_EQ(kInstallLog, repaired.lines) << "the monitor was not in the way";
-    EXPECT_EQ(InstalledMachine(), DescribeMachine());
+    // The monitor is not in the way.
+    Expect(m_install + L" REINSTALL=ALL REINSTALLMODE=omus",
+           {.lines = kInstalled.lines, .started = L"Install Install"});
 
     spooler::RemovePrinter(L"Brimlake KZP Writer");
     // What has become of the files does not matter, either.
-    EXPECT_TRUE(DeleteFileW((kFolder + L"KZPWriterUI.dll").c_str()));
+    EXPECT_TRUE(DeleteFileW(kAllFiles[0].c_str()));
     spooler::StartLog();
-    const InstallerRun removed = RunInstaller(m_remove);
-    EXPECT_EQ(0u, removed.exitCode);
-    EXPECT_EQ(Lines{}, spooler::ReadLog()) << "which would show that there is no such printer";
-    Lines machine = InstalledMachine();
-    machine.erase(machine.begin() + 5);  // the monitor
-    machine.erase(machine.begin() + 2);  // the printer
-    ExpectNothingInstalled(machine);
+    Expect(m_remove, {.machine = InstalledMachine({L"printer", L"monitor"}), .product = false});
+    EXPECT_EQ(Lines{}, spooler::ReadLog()) << "the set-up would show that there is no such printer";
 }
 
 constexpr wchar_t kSpoolerKey[] = L"SYSTEM\\CurrentControlSet\\Services\\Spooler";
@@ -240,39 +202,32 @@ struct SpoolerStart {
     SpoolerStart() : m_start(ReadValue(HKEY_LOCAL_MACHINE, kSpoolerKey, L"Start").value().Dword()) {}
     ~SpoolerStart() { Set(m_start); }
     static void Set(DWORD start) { WriteDword(HKEY_LOCAL_MACHINE, kSpoolerKey, L"Start", start); }
-    static void Forget() { RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kSpoolerKey, L"Start"); }
 
   private:
     DWORD m_start;
 };
 
 TEST_F(Package, RefusesWhatWouldEndInAMessageBox) {
-    const auto expectRefusal = [](const std::wstring& arguments) {
-        const Lines machine = DescribeMachine();
-        const Lines files = Files();
+    const auto expectRefusal = [](const std::wstring& arguments, bool product) {
         spooler::StartLog();
-        const InstallerRun run = RunInstaller(arguments);
-        EXPECT_EQ(static_cast<DWORD>(ERROR_INSTALL_FAILURE), run.exitCode);
-        EXPECT_EQ(0, run.Starts(L"CostInitialize")) << "it ends with the launch conditions";
-        EXPECT_EQ(machine, DescribeMachine());
-        EXPECT_EQ(files, Files());
+        Expect(arguments,
+               {.machine = DescribeMachine(), .product = product, .exitCode = ERROR_INSTALL_FAILURE});
         EXPECT_EQ(Lines{}, spooler::ReadLog());
     };
     spooler::SetUpPrinter({.name = L"Brimlake KZP Writer", .driver = L"Another"});
-    expectRefusal(m_install);
-    spooler::RemovePrinter(L"Brimlake KZP Writer");
+    expectRefusal(m_install, false);
     Clean();
 
     const SpoolerStart start;
-    SpoolerStart::Forget();
-    expectRefusal(m_install);
+    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kSpoolerKey, L"Start");
+    expectRefusal(m_install, false);
     SpoolerStart::Set(SERVICE_DISABLED);
-    expectRefusal(m_install);
+    expectRefusal(m_install, false);
     SpoolerStart::Set(SERVICE_DEMAND_START);
-    EXPECT_EQ(0u, RunInstaller(m_install).exitCode);
+    Expect(m_install, kInstalled);
     SpoolerStart::Set(SERVICE_DISABLED);
-    expectRefusal(m_remove);
-    EXPECT_EQ(0u, RunInstaller(m_install + L" REINSTALL=ALL").exitCode) << "no action would run";
+    expectRefusal(m_remove, true);
+    Expect(m_install + L" REINSTALL=ALL", {});  // no action runs
 }
 
 // A copy of the package that fails where the property FAILAT says: the action in its data, or an action of
@@ -310,23 +265,23 @@ std::wstring MakeFailingPackage(const TemporaryFolder& folder) {
 TEST_F(Package, LeavesTheMachineAsItWasWhenItFails) {
     const TemporaryFolder folder;
     const std::wstring package = L" \"" + MakeFailingPackage(folder) + L"\"";
-    const InstallerRun spoilt = RunInstaller(L"/i" + package + L" FAILAT=data");
-    EXPECT_EQ(static_cast<DWORD>(ERROR_INSTALL_FAILURE), spoilt.exitCode);
-    EXPECT_EQ(kUninstallWithoutMonitorLog, spoilt.lines) << "from the rollback";
-    ExpectNothingInstalled();
+    Expect(L"/i" + package + L" FAILAT=data", {.lines = {kRestarted, kNoMonitor},  // from the rollback
+                                               .started = L"UndoInstall Install Install UndoInstall",
+                                               .machine = {},
+                                               .product = false,
+                                               .exitCode = ERROR_INSTALL_FAILURE});
 
     const InstallerRun late = RunInstaller(L"/i" + package + L" FAILAT=end");
     EXPECT_EQ(static_cast<DWORD>(ERROR_INSTALL_FAILURE), late.exitCode);
     ASSERT_LE(3u, late.lines.size());
-    EXPECT_EQ(And(kInstallLog, kUninstallLog), Lines(late.lines.begin(), late.lines.begin() + 3));
-    ExpectNothingInstalled(MachineAfterRemoval());
+    EXPECT_EQ((Lines{kRestarted, kMonitorAdded, kRestarted}),
+              Lines(late.lines.begin(), late.lines.begin() + 3));
+    ExpectMachine(MachineAfterRemoval(), false);
 
-    EXPECT_EQ(0u, RunInstaller(L"/i" + package).exitCode);
-    const InstallerRun removal = RunInstaller(L"/x" + package + L" FAILAT=removal");
-    EXPECT_EQ(static_cast<DWORD>(ERROR_INSTALL_FAILURE), removal.exitCode);
-    EXPECT_EQ(And(kUninstallLog, kInstallLog), removal.lines);
-    EXPECT_EQ(InstalledMachine(), DescribeMachine());
-    EXPECT_EQ(kAllFiles, Files());
+    Expect(L"/i" + package, kInstalled);
+    Expect(L"/x" + package + L" FAILAT=removal", {.lines = {kRestarted, kRestarted, kMonitorAdded},
+                                                  .started = L"Uninstall Uninstall",
+                                                  .exitCode = ERROR_INSTALL_FAILURE});
 }
 
 }  // namespace

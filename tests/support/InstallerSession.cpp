@@ -48,15 +48,27 @@ MSIHANDLE CreatePackage(const std::wstring& path) {
     return database;
 }
 
+INT CALLBACK Receive(void*, UINT type, MSIHANDLE record) {
+    wchar_t text[1024] = {};
+    DWORD length = 1024;
+    if ((type & 0xFF000000) != INSTALLMESSAGE_INFO || MsiFormatRecordW(0, record, text, &length) != 0)
+        return 0;
+    // The platform puts "Info <code>." before a line that carries a code.
+    const std::wstring line = text;
+    const size_t start = std::min(line.find(L"INFO: "), line.find(L"ERROR: "));
+    if (start != std::wstring::npos)
+        standins::spooler::Note(L"log " + line.substr(start));
+    return IDOK;
+}
+
 }  // namespace
 
 InstallerSession::InstallerSession() {
     MsiSetInternalUI(INSTALLUILEVEL_NONE, nullptr);
-    MsiSetExternalUIRecord(Receive, 0xFFFFFFFF, this, nullptr);
+    MsiSetExternalUIRecord(Receive, 0xFFFFFFFF, nullptr, nullptr);
     const MSIHANDLE database = CreatePackage(m_folder.File(L"actions.msi"));
     EXPECT_EQ(0u, MsiOpenPackageW((L"#" + std::to_wstring(database)).c_str(), &m_package));
     MsiCloseHandle(database);
-    m_lines.clear();
 }
 
 InstallerSession::~InstallerSession() {
@@ -66,21 +78,6 @@ InstallerSession::~InstallerSession() {
 
 void InstallerSession::SetActionData(const std::wstring& text) const {
     ASSERT_EQ(0u, MsiSetPropertyW(m_package, L"CustomActionData", text.c_str()));
-}
-
-INT CALLBACK InstallerSession::Receive(void* session, UINT type, MSIHANDLE record) {
-    wchar_t text[1024] = {};
-    DWORD length = 1024;
-    if ((type & 0xFF000000) != INSTALLMESSAGE_INFO || MsiFormatRecordW(0, record, text, &length) != 0)
-        return 0;
-    // The platform puts "Info <code>." before a line that carries a code.
-    const std::wstring line = text;
-    const size_t start = std::min(line.find(L"INFO: "), line.find(L"ERROR: "));
-    if (start != std::wstring::npos) {
-        static_cast<InstallerSession*>(session)->m_lines.push_back(line.substr(start));
-        standins::spooler::Note(L"log " + line.substr(start));
-    }
-    return IDOK;
 }
 
 }  // namespace kzp::test

@@ -6,12 +6,13 @@
 #include <msi.h>
 
 #include <string>
-#include <vector>
 
 #include "tests/support/Files.h"
 
 namespace kzp::test {
 
+// The actions' lines that reach its log, from "INFO: " or "ERROR: " on, stand in the spooler's log: "log
+// INFO: ...".
 class InstallerSession {
   public:
     InstallerSession();
@@ -22,15 +23,9 @@ class InstallerSession {
     MSIHANDLE Handle() const { return m_package; }
     void SetActionData(const std::wstring& text) const;
 
-    // The actions' lines that reached the log so far, from "INFO: " or "ERROR: " on.
-    const std::vector<std::wstring>& Lines() const { return m_lines; }
-
   private:
-    static INT CALLBACK Receive(void* session, UINT type, MSIHANDLE record);
-
     TemporaryFolder m_folder;
     MSIHANDLE m_package = 0;
-    std::vector<std::wstring> m_lines;
 };
 
 }  // namespace kzp::test

@@ -1,5 +1,9 @@
 #include "tests/support/SystemFolder.h"
 
+#include <gtest/gtest.h>
+
+#include <cwchar>
+
 #include "tests/support/Files.h"
 
 namespace kzp::test {
@@ -12,6 +16,8 @@ SystemFolder::Libraries g_libraries;
 decltype(&LoadLibraryExW) g_load = nullptr;
 
 HMODULE WINAPI Load(LPCWSTR name, HANDLE file, DWORD flags) {
+    EXPECT_TRUE(std::wcschr(name, L'\\') || flags == LOAD_LIBRARY_SEARCH_SYSTEM32)
+        << "searched for elsewhere";
     const auto found = g_libraries.find(name);
     if (flags == LOAD_LIBRARY_SEARCH_SYSTEM32 && found != g_libraries.end())
         return g_load(found->second.c_str(), file, LOAD_WITH_ALTERED_SEARCH_PATH);
