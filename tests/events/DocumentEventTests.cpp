@@ -1,29 +1,119 @@
 // What the plug-in does with the events of a document: seen from the driver, the registry and the process
-// list.
+// list, on a machine where companions really run.
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include <shellapi.h>
+#include <tlhelp32.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <iterator>
-#include <memory>
+#include <list>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "driverkit/printoem.h"
-#include "tests/events/PrintingMachine.h"
 #include "tests/support/Counters.h"
+#include "tests/support/Files.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/MessageBoxes.h"
+#include "tests/support/PlugInDll.h"
+#include "tests/support/ScratchRegistry.h"
 #include "tests/support/SystemFolder.h"
-#include "tools/driverhost/Text.h"
 #include "tools/standins/companions/Companions.h"
 
 namespace kzp::test {
 
 namespace {
+
+constexpr wchar_t kInteraction[] = L"KzpWriterInteraction.exe";
+constexpr wchar_t kLauncher[] = L"KZPAppLauncher.exe";
+constexpr wchar_t kViewer[] = L"PlansightApp.exe";
+constexpr wchar_t kBare[] = L"bare-companion.exe";
+
+size_t CountProcesses(const wchar_t* name) {
+    const UniqueFile snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+    PROCESSENTRY32W process = {};
+    process.dwSize = sizeof process;
+    size_t count = 0;
+    for (BOOL more = Process32FirstW(snapshot.Get(), &process); more;
+         more = Process32NextW(snapshot.Get(), &process))
+        count += _wcsicmp(process.szExeFile, name) == 0 ? 1u : 0u;
+    return count;
+}
+
+struct DocumentEvents : testing::Test {
+    DocumentEvents() {
+        for (const wchar_t* const name : {kInteraction, kLauncher, kViewer, kBare})
+            EXPECT_NE(L"", standins::PlaceCompanion(folder.Path(), name, standins::kDoesNothing));
+        Reset();
+    }
+    ~DocumentEvents() override { EndCompanions(); }
+
+    // A spooled queue, companions and viewer in the help file's folder, and a user who wants the viewer.
+    void Reset() const {
+        SetQueue(PRINTER_ATTRIBUTE_LOCAL);
+        SetHelpPath(folder.File(L"KZPWriter.chm"));
+        SetViewer(folder.File(L""));
+        SetOption(L"YES");
+    }
+    static void SetQueue(DWORD attributes) {
+        WriteDword(HKEY_LOCAL_MACHINE, kQueueKey, L"Attributes", attributes);
+    }
+    static void SetHelpPath(const std::wstring& path) {
+        WriteText(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", path);
+    }
+    static void SetViewer(const std::wstring& path) {
+        WriteText(HKEY_LOCAL_MACHINE, kViewerKey, L"Location", path);
+    }
+    static void SetOption(const wchar_t* text) {
+        WriteText(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView", text);
+    }
+    std::wstring FolderOf(size_t length) const {
+        const std::wstring beginning = folder.File(L"");
+        return beginning + std::wstring(length - beginning.size(), L'h');
+    }
+
+    // Answers the event's result.
+    INT Send(INT event, void* out = nullptr) const {
+        INT result = -1;
+        EXPECT_EQ(S_OK, object->DocumentEvent(nullptr, nullptr, event, 0, nullptr, 0, out, &result));
+        return result;
+    }
+
+    // Starts a document; answers how many of each run then, the interaction application first: "1 0".
+    std::string Start() const {
+        EXPECT_EQ(DOCUMENTEVENT_SUCCESS, Send(DOCUMENTEVENT_STARTDOC));
+        return std::to_string(CountProcesses(kInteraction)) + " " + std::to_string(CountProcesses(kLauncher));
+    }
+    static void EndCompanions() {
+        // One that has only just been started would not hear that it shall end.
+        for (const wchar_t* const name : {kInteraction, kLauncher, kBare})
+            EXPECT_TRUE(CountProcesses(name) == 0 || standins::WaitReady(name));
+        EXPECT_TRUE(standins::QuitAll());
+        for (const wchar_t* const name : {kInteraction, kLauncher, kBare}) {
+            while (CountProcesses(name) != 0)
+                Sleep(1);
+        }
+    }
+
+    static DWORD Stored(const wchar_t* name) {
+        const auto value = ReadValue(HKEY_CURRENT_USER, kSettingsKey, name);
+        EXPECT_TRUE(value && value->type == REG_DWORD && value->bytes.size() == 4);
+        return value ? value->Dword() : ~0u;
+    }
+
+    static constexpr wchar_t kViewerKey[] = L"SOFTWARE\\Wow6432Node\\Brimlake\\Plansight\\ProductInfo";
+
+    ScratchRegistry registry;
+    TemporaryFolder folder;
+    PlugInDll dll;
+    driverhost::ComRef<IPrintOemUI2> object = dll.CreateObject();
+};
 
 // --- the filter and the events on which nothing is done
 
@@ -32,8 +122,7 @@ struct Filter {
     DWORD more[5];
 };
 
-TEST(EventFilter, AsksForThreeEventsWhereThereIsRoomAndLeavesTheRestAlone) {
-    PrintingMachine machine;
+TEST_F(DocumentEvents, AreAskedForWhereThereIsRoomForThree) {
     for (const UINT room : {0u, 1u, 2u, 3u, 6u}) {
         Filter filter;
         std::memset(&filter, 0xEE, sizeof filter);
@@ -44,10 +133,14 @@ TEST(EventFilter, AsksForThreeEventsWhereThereIsRoomAndLeavesTheRestAlone) {
             std::copy_n(std::begin({13u, 12u, 5u}), 3, expected.head.aDocEventCall);
         }
         EXPECT_EQ(room >= 3 ? DOCUMENTEVENT_SUCCESS : DOCUMENTEVENT_UNSUPPORTED,
-                  machine.Send(DOCUMENTEVENT_QUERYFILTER, &filter));
+                  Send(DOCUMENTEVENT_QUERYFILTER, &filter));
         EXPECT_EQ(0, std::memcmp(&expected, &filter, sizeof filter)) << room;
     }
-    EXPECT_EQ(DOCUMENTEVENT_UNSUPPORTED, machine.Send(DOCUMENTEVENT_QUERYFILTER, nullptr));
+    EXPECT_EQ(DOCUMENTEVENT_UNSUPPORTED, Send(DOCUMENTEVENT_QUERYFILTER, nullptr));
+    SetQueue(PRINTER_ATTRIBUTE_DIRECT);
+    for (const INT event : {DOCUMENTEVENT_QUERYFILTER, DOCUMENTEVENT_STARTDOC, DOCUMENTEVENT_ENDDOCPOST})
+        EXPECT_EQ(S_OK, object->DocumentEvent(nullptr, nullptr, event, 0, nullptr, 0, nullptr, nullptr))
+            << "without a place for the result";
 }
 
 int g_calls = 0;
@@ -58,61 +151,41 @@ INT_PTR CountCall() {
     return 0;
 }
 
-TEST(OtherEvents, SucceedWithoutCallingAnything) {
-    PrintingMachine machine;
+TEST_F(DocumentEvents, ButTheStartCallNothing) {
     Filter filter = {};
     filter.head.cElementsAllocated = 3;
     g_calls = 0;
     {
-        std::vector<std::unique_ptr<ImportPatch>> patches;
-        for (const Import& import : ImportsOf(machine.PlugInModule()))
-            patches.push_back(std::make_unique<ImportPatch>(machine.PlugInModule(), import.function.c_str(),
-                                                            AddressOf(CountCall)));
+        std::list<ImportPatch> patches;
+        for (const Import& import : ImportsOf(dll.Module()))
+            patches.emplace_back(dll.Module(), import.function.c_str(), AddressOf(CountCall));
         EXPECT_GT(patches.size(), 50u);
         for (INT event = -1; event <= 20; ++event) {
-            if (event == DOCUMENTEVENT_STARTDOC)
-                continue;
-            EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.Send(event, &filter)) << event;
+            if (event != DOCUMENTEVENT_STARTDOC) {
+                EXPECT_EQ(DOCUMENTEVENT_SUCCESS, Send(event, &filter)) << event;
+            }
         }
     }
     EXPECT_EQ(0, g_calls);
-    EXPECT_FALSE(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"ID"));
-}
-
-TEST(OtherEvents, NeedNoPlaceForTheResult) {
-    PrintingMachine machine;
-    machine.SetQueueAttributes(PRINTER_ATTRIBUTE_DIRECT);
-    for (const INT event : {DOCUMENTEVENT_QUERYFILTER, DOCUMENTEVENT_STARTDOC, DOCUMENTEVENT_ENDDOCPOST})
-        EXPECT_EQ(S_OK,
-                  machine.Object()->DocumentEvent(nullptr, nullptr, event, 0, nullptr, 0, nullptr, nullptr));
 }
 
 // --- the start of a document
 
-DWORD Stored(const wchar_t* name) {
-    const auto value = ReadValue(HKEY_CURRENT_USER, kSettingsKey, name);
-    EXPECT_TRUE(value && value->type == REG_DWORD && value->bytes.size() == 4);
-    return value ? value->Dword() : ~0u;
-}
+struct StartOfDocument : DocumentEvents {};
 
-TEST(StartOfDocument, RecordsWhoPrintsAndStartsBothCompanions) {
-    PrintingMachine machine;
-    machine.InstallViewer();
-    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
+TEST_F(StartOfDocument, RecordsWhoPrintsAndStartsBothCompanions) {
+    EXPECT_EQ("1 1", Start());
     DWORD session = 0;
     ASSERT_TRUE(ProcessIdToSessionId(GetCurrentProcessId(), &session));
     EXPECT_EQ(session, Stored(L"SessionId"));
     EXPECT_EQ(GetCurrentProcessId(), Stored(L"ID"));
-    EXPECT_EQ("1 1", machine.Running());
-    // A second document finds them running.
-    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
-    EXPECT_EQ("1 1", machine.Running());
+    EXPECT_EQ("1 1", Start()) << "a second document finds them running";
     // Nor does the one that runs keep the other from being started.
     for (const wchar_t* const running : {kInteraction, kLauncher}) {
-        machine.EndCompanions();
-        machine.Run(running);
-        machine.StartDocument();
-        EXPECT_EQ("1 1", machine.Running());
+        EndCompanions();
+        EXPECT_TRUE(standins::StartCompanion(folder.File(running)));
+        EXPECT_TRUE(standins::WaitReady(running));
+        EXPECT_EQ("1 1", Start());
     }
 }
 
@@ -145,29 +218,55 @@ DWORD WINAPI ConsoleSession() {
     return 77;
 }
 
-TEST(StartOfDocument, StoresSessionAndIdBeforeItStartsInteractionAndLauncher) {
-    PrintingMachine machine;
-    machine.InstallViewer();
-    const HMODULE module = machine.PlugInModule();
+bool g_refused = false;
+
+void* __cdecl RefuseOnce(size_t bytes) {
+    return std::exchange(g_refused, true) ? std::malloc(bytes) : nullptr;
+}
+
+TEST_F(StartOfDocument, StoresSessionAndIdBeforeItStartsInteractionAndLauncher) {
+    const HMODULE module = dll.Module();
     const ImportPatch store(module, "RegSetValueExW", AddressOf(RecordStore));
     const ImportPatch find(module, "GetProcAddress", AddressOf(FindRecording));
     const ImportPatch session(module, "ProcessIdToSessionId", AddressOf(Fail));
     const ImportPatch console(module, "WTSGetActiveConsoleSessionId", AddressOf(ConsoleSession));
-    const auto asked = [&](DWORD id) {
-        const std::wstring open = L"open " + machine.Folder() + L"\\";
-        return std::vector<std::wstring>{L"SessionId 77", L"ID " + std::to_wstring(id), open + kInteraction,
-                                         open + kLauncher};
-    };
-    g_asked.clear();
-    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
-    EXPECT_EQ(asked(GetCurrentProcessId()), g_asked);
-
-    for (const char* const function : {"K32EnumProcesses", "K32EnumProcessModules", "OpenProcess"}) {
-        const ImportPatch nameless(module, function, AddressOf(Fail));
+    const auto expectAsked = [&](DWORD id) {
+        const std::wstring open = L"open " + folder.File(L"");
         g_asked.clear();
-        EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
-        EXPECT_EQ(asked(0), g_asked) << function << ": a name that cannot be found";
+        Start();
+        EXPECT_EQ((std::vector<std::wstring>{L"SessionId 77", L"ID " + std::to_wstring(id),
+                                             open + kInteraction, open + kLauncher}),
+                  g_asked);
+    };
+    expectAsked(GetCurrentProcessId());
+    for (const char* const function : {"K32EnumProcesses", "K32EnumProcessModules", "OpenProcess"}) {
+        SCOPED_TRACE(function);
+        const ImportPatch nameless(module, function, AddressOf(Fail));
+        expectAsked(0);  // a name that cannot be found
     }
+    const ImportPatch memory(module, "malloc", AddressOf(RefuseOnce));
+    g_asked.clear();
+    g_refused = false;
+    Start();
+    EXPECT_TRUE(g_refused && g_asked.empty()) << "the document is printed all the same";
+}
+
+TEST_F(StartOfDocument, TakesBeginningsOfYesForAYes) {
+    const struct {
+        const wchar_t* option;
+        bool launches;
+    } cases[] = {{L"YES", true}, {L"yes", true}, {L"Ye", true},    {L"y", true},  {L"", true},
+                 {L"NO", false}, {L"n", false},  {L"YESS", false}, {L"0", false}, {L" YES", false}};
+    for (const auto& [option, launches] : cases) {
+        SetOption(option);
+        EXPECT_EQ(launches ? "1 1" : "1 0", Start()) << testing::PrintToString(option);
+        EndCompanions();
+    }
+    // A missing option is created empty, which is a yes from the next document on.
+    RegDeleteKeyW(HKEY_CURRENT_USER, kSettingsKey);
+    EXPECT_EQ("1 0", Start());
+    EXPECT_TRUE(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView"));
+    EXPECT_EQ("1 1", Start());
 }
 
 WINBOOL WINAPI TellVersion5(OSVERSIONINFOW* version) {
@@ -175,134 +274,78 @@ WINBOOL WINAPI TellVersion5(OSVERSIONINFOW* version) {
     return TRUE;
 }
 
-TEST(StartOfDocument, StartsNothingForAQueueThatIsNotSpooledNorBeforeMajorVersion6) {
-    PrintingMachine machine;
-    machine.InstallViewer();
-    {
-        const ImportPatch version(machine.PlugInModule(), "GetVersionExW", AddressOf(TellVersion5));
-        EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
-    }
-    machine.SetQueueAttributes(PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_DIRECT);
-    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
-    RegDeleteKeyW(HKEY_LOCAL_MACHINE, kQueueKey);
-    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
-    EXPECT_EQ(GetCurrentProcessId(), Stored(L"ID"));
-    EXPECT_EQ("0 0", machine.Running());
-}
-
-TEST(StartOfDocument, TakesBeginningsOfYesForAYes) {
-    PrintingMachine machine;
-    machine.InstallViewer();
-    const struct {
-        const wchar_t* option;
-        bool launches;
-    } cases[] = {{L"YES", true}, {L"yes", true}, {L"Ye", true},    {L"y", true},  {L"", true},
-                 {L"NO", false}, {L"n", false},  {L"YESS", false}, {L"0", false}, {L" YES", false}};
-    for (const auto& test : cases) {
-        machine.SetViewerOption(test.option);
-        machine.StartDocument();
-        EXPECT_EQ(test.launches ? "1 1" : "1 0", machine.Running()) << driverhost::Utf8(test.option);
-        machine.EndCompanions();
-    }
-    // A missing option is created empty, which is a yes from the next document on.
-    RegDeleteKeyW(HKEY_CURRENT_USER, kSettingsKey);
-    machine.StartDocument();
-    EXPECT_EQ("1 0", machine.Running());
-    EXPECT_TRUE(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView"));
-    machine.StartDocument();
-    EXPECT_EQ("1 1", machine.Running());
-}
-
-TEST(StartOfDocument, NeedsTheViewerItself) {
-    PrintingMachine machine;
-    machine.StartDocument();
-    EXPECT_EQ("1 0", machine.Running()) << "no location stored";
-    machine.SetViewerLocation(machine.Folder() + L"\\");
-    machine.StartDocument();
-    EXPECT_EQ("1 0", machine.Running()) << "no program there";
-    machine.InstallViewer();
-    machine.SetViewerLocation(machine.Folder());
-    machine.StartDocument();
-    EXPECT_EQ("1 0", machine.Running()) << "no closing backslash";
-    for (const size_t length : {130u, 129u}) {
-        const std::wstring beginning = machine.Folder() + L"\\";
-        const std::wstring folder = beginning + std::wstring(length - 1 - beginning.size(), L'v');
-        CreateDirectoryW(folder.c_str(), nullptr);
-        WriteFileText(folder + L"\\" + kViewer, "There it is.");
-        machine.SetViewerLocation(folder + L"\\");
-        machine.StartDocument();
-        EXPECT_EQ(length == 129 ? "1 1" : "1 0", machine.Running()) << "129 characters are read";
-    }
-}
-
-TEST(StartOfDocument, FindsTheCompanionsBesideTheHelpFile) {
-    PrintingMachine machine;
-    const std::wstring folder = machine.Folder() + L"\\";
-    const auto ofLength = [&](size_t length) { return folder + std::wstring(length - folder.size(), L'h'); };
+TEST_F(StartOfDocument, GoesOnWithWhatTheMachineHas) {
     const struct {
         const char* what;
-        std::wstring path;
         const char* running;
-    } cases[] = {{"a path as long as is read", ofLength(129), "1 0"},
-                 {"one character more", ofLength(130), "0 0"},
-                 {"far longer than any buffer", ofLength(2000), "0 0"},
-                 {"the folder alone", folder, "1 0"},
-                 {"an empty path", L"", "0 0"}};
-    for (const auto& test : cases) {
-        machine.SetHelpPath(test.path);
-        EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
-        EXPECT_EQ(test.running, machine.Running()) << test.what;
-        machine.EndCompanions();
+        std::function<void()> prepare;
+    } cases[] = {
+        {"a queue that is not spooled", "0 0",
+         [] { SetQueue(PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_DIRECT); }},
+        {"no queue", "0 0", [] { RegDeleteKeyW(HKEY_LOCAL_MACHINE, kQueueKey); }},
+        {"no viewer's location", "1 0", [] { RegDeleteKeyW(HKEY_LOCAL_MACHINE, kViewerKey); }},
+        {"no viewer there", "1 0", [] { SetViewer(L"C:\\windows\\"); }},
+        {"no closing backslash", "1 0", [&] { SetViewer(folder.Path()); }},
+        {"a help path as long as is read", "1 1", [&] { SetHelpPath(FolderOf(129)); }},
+        {"one character more", "0 0", [&] { SetHelpPath(FolderOf(130)); }},
+        {"far longer than any buffer", "0 0", [&] { SetHelpPath(FolderOf(2000)); }},
+        {"the folder alone", "1 1", [&] { SetHelpPath(folder.File(L"")); }},
+        {"an empty path", "0 0", [] { SetHelpPath(L""); }},
+        {"not terminated, and half a character at the end", "1 1",
+         [&] {
+             WriteValue(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", REG_BINARY, FolderOf(129).data(),
+                        259);
+         }},
+    };
+    for (const auto& [what, running, prepare] : cases) {
+        Reset();
+        prepare();
+        EXPECT_EQ(running, Start()) << what;
+        EXPECT_EQ(GetCurrentProcessId(), Stored(L"ID"));
+        EndCompanions();
     }
-    // Bytes of a binary value, not terminated and with half a character at the end.
-    WriteValue(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", REG_BINARY, ofLength(129).data(), 259);
-    machine.StartDocument();
-    EXPECT_EQ("1 0", machine.Running());
-}
+    Reset();
+    for (const size_t length : {130u, 129u}) {
+        const std::wstring longFolder = FolderOf(length - 1);
+        CreateDirectoryW(longFolder.c_str(), nullptr);
+        WriteFileText(longFolder + L"\\" + kViewer, "There it is.");
+        SetViewer(longFolder + L"\\");
+        EXPECT_EQ(length == 129 ? "1 1" : "1 0", Start()) << "129 characters are read";
+    }
+    EndCompanions();
+    {
+        const ImportPatch version(dll.Module(), "GetVersionExW", AddressOf(TellVersion5));
+        EXPECT_EQ("0 0", Start()) << "before major version 6";
+    }
+    {
+        const SystemFolder withoutShell(dll.Module(), {{L"shell32.dll", folder.File(L"none.dll")}});
+        EXPECT_EQ("0 0", Start()) << "without the shell";
+    }
+    DeleteFileW(folder.File(kInteraction).c_str());
+    const MessageBoxes boxes;
+    EXPECT_EQ("0 1", Start());
+    EXPECT_EQ(1u, boxes.Count()) << "the shell's own message";
+    EndCompanions();
 
-TEST(StartOfDocument, StartsAPathWithoutAFolderAsItStands) {
-    PrintingMachine machine;
-    const std::wstring name = L"bare-companion.exe";
-    machine.Install(name);
     wchar_t before[MAX_PATH] = {};
     GetCurrentDirectoryW(MAX_PATH, before);
-    SetCurrentDirectoryW(machine.Folder().c_str());
-    machine.SetHelpPath(name);
-    machine.StartDocument();
-    EXPECT_EQ(1u, CountProcesses(name.c_str()));
-    EXPECT_EQ("0 0", machine.Running());
+    SetCurrentDirectoryW(folder.Path().c_str());
+    SetHelpPath(kBare);
+    SetOption(L"NO");
+    EXPECT_EQ("0 0", Start());
+    EXPECT_EQ(1u, CountProcesses(kBare)) << "a path without a folder, as it stands";
     SetCurrentDirectoryW(before);
 }
 
-TEST(StartOfDocument, GoesOnWhenACompanionOrTheShellIsGone) {
-    PrintingMachine machine;
-    machine.InstallViewer();
-    DeleteFileW((machine.Folder() + L"\\" + kInteraction).c_str());
-    const MessageBoxes boxes;
-    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
-    EXPECT_EQ(1u, boxes.Count()) << "the shell's own message";
-    EXPECT_EQ("0 1", machine.Running());
-
-    machine.EndCompanions();
-    const SystemFolder withoutShell(machine.PlugInModule(),
-                                    {{L"shell32.dll", machine.Folder() + L"\\none.dll"}});
-    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
-    EXPECT_EQ("0 0", machine.Running());
-}
-
-TEST(StartOfDocument, GoesOnWithoutSettings) {
-    PrintingMachine machine;
-    machine.InstallViewer();
+TEST_F(StartOfDocument, GoesOnWithoutSettings) {
     ScratchRegistry::RefuseUserKeys();  // neither value is stored and the option cannot be read
-    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, machine.StartDocument());
+    EXPECT_EQ("1 0", Start());
     EXPECT_FALSE(KeyExists(HKEY_CURRENT_USER, kSettingsKey));
-    EXPECT_EQ("1 0", machine.Running());
 }
 
-// --- the process that prints
-
-TEST(PrintingProcess, IsNamedUnlessItPrintsForAnother) {
-    PrintingMachine machine;
+TEST_F(StartOfDocument, NamesTheProcessUnlessItPrintsForAnother) {
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, kViewerKey);
+    folder.Take(L"KZPWriterUI.dll");
     const struct {
         const wchar_t* process;
         bool isApplication;
@@ -311,26 +354,35 @@ TEST(PrintingProcess, IsNamedUnlessItPrintsForAnother) {
                  {L"SplWoW64.EXE", false},
                  {L"myspoolsv.exe", true},
                  {L"splwow64.exe.exe", true}};
-    for (const auto& test : cases) {
-        const DWORD pid = machine.PrintIn(test.process);
-        EXPECT_EQ(test.isApplication ? pid : 0u, Stored(L"ID")) << driverhost::Utf8(test.process);
-        EXPECT_EQ("1 0", machine.Running()) << "whoever prints, the companion asks";
+    for (const auto& [name, isApplication] : cases) {
+        const std::wstring program = folder.Take(L"printingapp.exe", name);
+        std::wstring command = L"\"" + program + L"\" \"" + registry.Path() + L"\"";
+        STARTUPINFOW startup = {};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION started = {};
+        EXPECT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                                   &startup, &started));
+        const UniqueKernelHandle process(started.hProcess), thread(started.hThread);
+        EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(process.Get(), 20000));
+        DWORD status = ~0u;
+        GetExitCodeProcess(process.Get(), &status);
+        EXPECT_EQ(0u, status);
+        EXPECT_EQ(isApplication ? started.dwProcessId : 0u, Stored(L"ID")) << testing::PrintToString(name);
+        EXPECT_EQ(1u, CountProcesses(kInteraction)) << "whoever prints, the companion asks";
     }
 }
 
-TEST(StartOfDocument, LeaksNoHandle) {
-    PrintingMachine machine;
-    machine.InstallViewer();
+TEST_F(StartOfDocument, LeaksNoHandle) {
     const auto lifeOfCompanions = [&] {
-        machine.StartDocument();
-        machine.EndCompanions();
+        Start();
+        EndCompanions();
     };
     lifeOfCompanions();  // the shell keeps some for itself at its first start
     const size_t before = CountHandles();
     for (int i = 0; i < 5; ++i)
         lifeOfCompanions();
     for (int i = 0; i < 100; ++i)
-        machine.StartDocument();
+        Start();
     EXPECT_EQ(before, CountHandles());
 }
 
