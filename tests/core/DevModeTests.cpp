@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <random>
+#include <vector>
 
 #include "core/KZPPrivateDevMode.h"
 #include "core/SignalMapping.h"
@@ -99,9 +101,10 @@ TEST_F(DevModeRecord, DefaultsTakeTheMarginsStoredWithThePrinter) {
 // Blocks of any age and of sizes that they only state themselves, each at the edge of what may be accessed.
 // The two signatures are compared with each other, not with ours; every merge clears the selections.
 TEST_F(DevModeRecord, ConvertsAndMergesAsMuchAsBothBlocksHold) {
-    const struct {
+    struct Case {
         DWORD held, stated, signature, outSignature = kSignature;
-    } cases[] = {
+    };
+    std::vector<Case> cases = {
         {4, 4, kSignature},     {8, 8, kSignature},      {12, 12, kSignature},
         {16, 16, kSignature},   {20, 20, kSignature},    {36, 36, kSignature},
         {37, 37, kSignature},   {100, 100, kSignature},  {559, 559, kSignature},
@@ -109,6 +112,14 @@ TEST_F(DevModeRecord, ConvertsAndMergesAsMuchAsBothBlocksHold) {
         {560, 7, kForeign},     {560, 1000, kSignature}, {560, ~0u, kSignature},
         {12, 12, kForeign},     {560, 560, kForeign},    {560, 560, kForeign, kForeign},
     };
+    // Whole blocks may state anything; shorter ones at most what they hold.
+    std::mt19937 random(1);
+    for (int record = 0; record < 1000; ++record) {
+        const DWORD held = record % 2 ? 560 : 4 + random() % 556;
+        const DWORD stated = record % 4 == 3 ? random() : random() % (held + 1);
+        cases.push_back(
+            {held, stated, random() % 4 ? kSignature : kForeign, random() % 4 ? kSignature : kForeign});
+    }
     for (const auto& [held, stated, signature, outSignature] : cases) {
         for (const DWORD mode : {OEMDM_CONVERT, OEMDM_MERGE}) {
             const EdgeBlock in(held);

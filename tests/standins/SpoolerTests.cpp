@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
-#include <windows.h>
-#include <winspool.h>
 
-#include "support/UniqueHandle.h"
+#include <functional>
+
+#include "support/Spooler.h"
 #include "tests/support/ScratchRegistry.h"
 #include "tools/standins/spooler/SpoolerControl.h"
 
@@ -11,78 +11,56 @@ namespace {
 
 using namespace standins;
 
-constexpr wchar_t kPrinter[] = L"Stand-in Printer";
+TEST(StandInSpooler, RefusesWhatTheSystemsOwnDoes) {
+    ASSERT_TRUE(spooler::IsInPlace()) << "the platform's own spooler was loaded";
+    const test::ScratchRegistry registry;
+    spooler::SetUpPrinter({.name = L"Printer"});
+    const UniquePrinter printer = OpenPrinterWithAllAccess(L"Printer");
+    PRINTER_DEFAULTSW useOnly = {nullptr, nullptr, PRINTER_ACCESS_USE};
+    UniquePrinter used;
+    OpenPrinterW(SpoolerText(L"Printer"), used.Put(), &useOnly);
+    const HANDLE closed = OpenPrinterWithAllAccess(L"Printer").Get();
 
-wchar_t* Changeable(const wchar_t* text) {
-    return const_cast<wchar_t*>(text);
-}
-
-UniquePrinter Open(const wchar_t* name, ACCESS_MASK access = PRINTER_ALL_ACCESS) {
-    PRINTER_DEFAULTSW defaults{nullptr, nullptr, access};
-    UniquePrinter printer;
-    OpenPrinterW(Changeable(name), printer.Put(), &defaults);
-    return printer;
-}
-
-FORM_INFO_1W UserForm(const wchar_t* name, LONG width, LONG height) {
-    return {FORM_USER, Changeable(name), {width, height}, {0, 0, width, height}};
-}
-
-bool AddUserForm(HANDLE handle, FORM_INFO_1W form) {
-    return AddFormW(handle, 1, reinterpret_cast<BYTE*>(&form));
-}
-
-bool SetUserForm(HANDLE handle, const wchar_t* name, FORM_INFO_1W form) {
-    return SetFormW(handle, Changeable(name), 1, reinterpret_cast<BYTE*>(&form));
-}
-
-class StandInSpooler : public testing::Test {
-  protected:
-    void SetUp() override {
-        ASSERT_TRUE(spooler::IsInPlace()) << "the platform's own spooler was loaded";
-        spooler::SetUpPrinter({.name = kPrinter});
-    }
-
-    test::ScratchRegistry m_registry;
-};
-
-TEST_F(StandInSpooler, RefusesWhatTheSystemsOwnDoes) {
-    for (const wchar_t* const name : {L"No Such Printer", L"", L"Stand-in Printer\\PrinterDriverData"}) {
-        EXPECT_FALSE(Open(name)) << name;
-        EXPECT_EQ(DWORD{ERROR_INVALID_PRINTER_NAME}, GetLastError()) << name;
-    }
-    UniquePrinter printer = Open(kPrinter);
-    const HANDLE closed = printer.Get();
-    printer.Reset();
-    DWORD needed = 0;
-    for (const HANDLE handle : {closed, HANDLE{nullptr}, reinterpret_cast<HANDLE>(ULONG_PTR{1})}) {
-        EXPECT_FALSE(GetPrinterW(handle, 2, nullptr, 0, &needed));
-        EXPECT_EQ(DWORD{ERROR_INVALID_HANDLE}, GetLastError());
-        EXPECT_FALSE(ClosePrinter(handle));
-    }
-
-    // A handle that was opened for use only.
-    printer = Open(kPrinter, PRINTER_ACCESS_USE);
     BYTE info[4096];
-    ASSERT_TRUE(GetPrinterW(printer.Get(), 2, info, sizeof info, &needed));
-    EXPECT_FALSE(SetPrinterW(printer.Get(), 2, info, 0));
-    EXPECT_EQ(DWORD{ERROR_ACCESS_DENIED}, GetLastError());
-    EXPECT_EQ(DWORD{ERROR_ACCESS_DENIED},
-              SetPrinterDataW(printer.Get(), Changeable(L"V"), REG_DWORD, info, 4));
-    EXPECT_FALSE(AddUserForm(printer.Get(), UserForm(L"Mine", 1000, 1000)));
-    EXPECT_EQ(DWORD{ERROR_ACCESS_DENIED}, GetLastError());
-
-    // Forms: the built-in ones stand, and each name is there once.
-    printer = Open(kPrinter);
-    EXPECT_FALSE(SetUserForm(printer.Get(), L"A4", UserForm(L"A4", 1000, 1000)));
-    EXPECT_EQ(DWORD{ERROR_INVALID_PARAMETER}, GetLastError());
-    EXPECT_FALSE(SetUserForm(printer.Get(), L"Mine", UserForm(L"Mine", 1000, 1000)));
-    EXPECT_EQ(DWORD{ERROR_INVALID_FORM_NAME}, GetLastError());
-    EXPECT_TRUE(AddUserForm(printer.Get(), UserForm(L"Mine", 215900, 266700)));
-    EXPECT_FALSE(AddUserForm(printer.Get(), UserForm(L"MINE", 1000, 1000)));
-    EXPECT_EQ(DWORD{ERROR_FILE_EXISTS}, GetLastError());
-    EXPECT_FALSE(AddUserForm(printer.Get(), UserForm(L"Flat", 215900, 0)));
-    EXPECT_EQ(DWORD{ERROR_INVALID_FORM_SIZE}, GetLastError());
+    DWORD needed = 0;
+    ASSERT_TRUE(GetPrinterW(used.Get(), 2, info, sizeof info, &needed));
+    const auto opens = [](const wchar_t* name) { return bool(OpenPrinterWithAllAccess(name)); };
+    const auto form = [](auto call, const wchar_t* name, LONG height) {
+        FORM_INFO_1W record = {FORM_USER, SpoolerText(name), {215900, height}, {0, 0, 215900, height}};
+        return call(reinterpret_cast<BYTE*>(&record));
+    };
+    const auto add = [&](const UniquePrinter& to) {
+        return [&](BYTE* data) { return AddFormW(to.Get(), 1, data); };
+    };
+    const auto set = [&](const wchar_t* name) {
+        return [&printer, name](BYTE* data) { return SetFormW(printer.Get(), SpoolerText(name), 1, data); };
+    };
+    const struct {
+        DWORD error;
+        std::function<BOOL()> call;
+    } cases[] = {
+        {ERROR_INVALID_PRINTER_NAME, [&] { return opens(L"No Such Printer"); }},
+        {ERROR_INVALID_PRINTER_NAME, [&] { return opens(L""); }},
+        {ERROR_INVALID_PRINTER_NAME, [&] { return opens(L"Printer\\PrinterDriverData"); }},
+        {ERROR_INVALID_HANDLE, [&] { return GetPrinterW(closed, 2, nullptr, 0, &needed); }},
+        {ERROR_INVALID_HANDLE, [&] { return ClosePrinter(closed); }},
+        {ERROR_INVALID_HANDLE, [&] { return ClosePrinter(nullptr); }},
+        {ERROR_ACCESS_DENIED, [&] { return SetPrinterW(used.Get(), 2, info, 0); }},
+        {ERROR_ACCESS_DENIED, [&] { return form(add(used), L"Mine", 1000); }},
+        {ERROR_INSUFFICIENT_BUFFER, [&] { return GetPrinterW(used.Get(), 2, info, needed - 1, &needed); }},
+        // The built-in forms stand, and each name is there once.
+        {ERROR_INVALID_PARAMETER, [&] { return form(set(L"A4"), L"A4", 1000); }},
+        {ERROR_INVALID_FORM_NAME, [&] { return form(set(L"Mine"), L"Mine", 1000); }},
+        {ERROR_SUCCESS, [&] { return form(add(printer), L"Mine", 266700); }},
+        {ERROR_FILE_EXISTS, [&] { return form(add(printer), L"MINE", 1000); }},
+        {ERROR_INVALID_FORM_SIZE, [&] { return form(set(L"Mine"), L"Mine", 0); }},
+    };
+    for (const auto& [error, call] : cases) {
+        SetLastError(ERROR_SUCCESS);
+        EXPECT_EQ(error == ERROR_SUCCESS, call() != FALSE) << error;
+        EXPECT_EQ(error, GetLastError());
+    }
+    EXPECT_EQ(DWORD{ERROR_ACCESS_DENIED}, SetPrinterDataW(used.Get(), SpoolerText(L"V"), REG_DWORD, info, 4));
 }
 
 }  // namespace

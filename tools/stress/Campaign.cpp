@@ -19,18 +19,17 @@ constexpr size_t kBlocksOfThePlatform = 16;
 int g_iteration = 0;
 char g_doing[240] = "";
 
-std::uint64_t Number(const char* variable, std::uint64_t otherwise) {
+int Number(const char* variable, int otherwise) {
     const char* const text = std::getenv(variable);
-    return text ? std::strtoull(text, nullptr, 10) : otherwise;
+    return text ? std::atoi(text) : otherwise;
 }
 
-std::uint64_t Seed() {
-    static const std::uint64_t seed = Number("KZP_STRESS_SEED", 1);
-    return seed;
+int Seed() {
+    return Number("KZP_STRESS_SEED", 1);
 }
 
 void TellWhere() {
-    std::printf("    at iteration %d of seed %llu: %s\n", g_iteration, Seed(), g_doing);
+    std::printf("    at iteration %d of seed %d: %s\n", g_iteration, Seed(), g_doing);
     std::fflush(stdout);
 }
 
@@ -48,38 +47,20 @@ class Failures : public testing::EmptyTestEventListener {
     }
 };
 
-// Before the first campaign of this program.
-void Prepare() {
-    [[maybe_unused]] static const bool prepared = [] {
-        SetUnhandledExceptionFilter(OnCrash);
-        testing::UnitTest::GetInstance()->listeners().Append(new Failures);
-        test::atHang = TellWhere;
-        return true;
-    }();
-}
-
 }  // namespace
-
-std::uint64_t Dice::Roll() {
-    std::uint64_t z = m_state += 0x9E3779B97F4A7C15;
-    z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9;
-    z = (z ^ (z >> 27)) * 0x94D049BB133111EB;
-    return z ^ (z >> 31);
-}
-
-void Dice::Fill(void* block, size_t bytes) {
-    std::generate_n(static_cast<BYTE*>(block), bytes, [this] { return static_cast<BYTE>(Roll() >> 32); });
-}
 
 bool IsBrief() {
     return !std::getenv("KZP_STRESS");
 }
 
 Campaign::Campaign(int iterations, int warmUp)
-    : m_next(static_cast<int>(Number("KZP_STRESS_FROM", 0))),
-      m_end(iterations),
-      m_countAt(std::min(m_next + warmUp, m_end)) {
-    Prepare();
+    : m_next(Number("KZP_STRESS_FROM", 0)), m_end(iterations), m_countAt(std::min(m_next + warmUp, m_end)) {
+    [[maybe_unused]] static const bool prepared = [] {
+        SetUnhandledExceptionFilter(OnCrash);
+        testing::UnitTest::GetInstance()->listeners().Append(new Failures);
+        test::atHang = TellWhere;
+        return true;
+    }();
 }
 
 Campaign::~Campaign() {
@@ -96,7 +77,7 @@ bool Campaign::Next() {
         return false;
     test::RestartWatchdog();
     g_iteration = m_next++;
-    m_dice = Dice(Dice(Seed()).Roll() ^ Dice(static_cast<std::uint64_t>(g_iteration)).Roll());
+    m_dice = Dice(static_cast<std::uint64_t>(Seed()) << 32 | static_cast<std::uint64_t>(g_iteration));
     return true;
 }
 

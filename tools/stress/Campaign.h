@@ -5,25 +5,23 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <cstdint>
+#include <random>
 
 namespace kzp::stress {
 
 class Dice {
   public:
-    explicit Dice(std::uint64_t seed) : m_state(seed) {}
+    explicit Dice(std::uint64_t seed) : m_engine(seed) {}
 
-    std::uint64_t Roll();
-    int Below(int count) { return static_cast<int>(Roll() % static_cast<std::uint64_t>(count)); }
+    int Below(int count) { return static_cast<int>(m_engine() % static_cast<std::uint64_t>(count)); }
     bool OneIn(int count) { return Below(count) == 0; }
-    template <class T, size_t count>
-    const T& OneOf(const T (&list)[count]) {
-        return list[Below(static_cast<int>(count))];
+    template <class List>
+    auto& OneOf(List& list) {
+        return list[static_cast<size_t>(Below(static_cast<int>(std::size(list))))];
     }
-    void Fill(void* block, size_t bytes);
 
   private:
-    std::uint64_t m_state;
+    std::mt19937_64 m_engine;
 };
 
 // True in the short form that belongs to the tests (KZP_STRESS is not set).

@@ -1,10 +1,8 @@
-// What a campaign plays with: sheets that are used at random, a shell that starts nothing, the installer's
-// surroundings.
+// What a campaign plays with: sheets that are used at random, and a shell that starts nothing.
 #pragma once
 
 #include <vector>
 
-#include "tests/support/InstallerSession.h"
 #include "tests/support/SheetTest.h"
 #include "tests/support/SystemFolder.h"
 #include "tools/stress/Campaign.h"
@@ -21,33 +19,15 @@ class QuietShell {
     test::ImportPatch m_patch;
 };
 
-// What the installer's actions meet: an installer's session, the stand-ins in the system's folder, and no
-// waits.
-class InstallerStage {
-  public:
-    explicit InstallerStage(HMODULE plugIn);
-
-    // Installs and removes the printer.
-    void Play() const;
-
-  private:
-    HMODULE m_plugIn;
-    test::InstallerSession m_session;
-    test::SystemFolder m_system;
-    test::ImportPatch m_noWaits;
-};
-
-// Shows the sheet of `host`, has `edit` done in it, and presses OK; one that refuses is cancelled. False when
-// the host could not open it at all.
-bool PlaySheet(test::HostedSheet& host, const driverhost::SheetStep& edit);
+// Shows the sheet of `host`, has `edit` done in it, and presses OK; one that refuses is cancelled. HostError
+// when the host could not open it at all.
+void PlaySheet(test::HostedSheet& host, const driverhost::SheetStep& edit);
 
 // Of the page, or of the dialog in it.
 std::vector<HWND> ControlsOf(HWND page);
 
-// Uses the control as a person could, with something made up for it; what cannot be used at the moment is
-// left alone.
-void Use(driverhost::SheetUser& user, HWND control, Dice& dice);
-
+// Uses a tab or a control as a person could, with something made up for it; what cannot be used at the moment
+// is left alone.
 void UseAnything(driverhost::SheetUser& user, Dice& dice);
 
 // One sheet in which everything is used: what the platform loads on first use is there when counting begins.
