@@ -55,11 +55,8 @@ TEST(StandInSpooler, RefusesWhatTheSystemsOwnDoes) {
         {ERROR_FILE_EXISTS, [&] { return form(add(printer), L"MINE", 1000); }},
         {ERROR_INVALID_FORM_SIZE, [&] { return form(set(L"Mine"), L"Mine", 0); }},
     };
-    for (const auto& [error, call] : cases) {
-        SetLastError(ERROR_SUCCESS);
-        EXPECT_EQ(error == ERROR_SUCCESS, call() != FALSE) << error;
-        EXPECT_EQ(error, GetLastError());
-    }
+    for (const auto& [error, call] : cases)
+        EXPECT_EQ(error, call() ? ERROR_SUCCESS : GetLastError());
     EXPECT_EQ(DWORD{ERROR_ACCESS_DENIED}, SetPrinterDataW(used.Get(), SpoolerText(L"V"), REG_DWORD, info, 4));
 }
 
