@@ -39,8 +39,13 @@ std::wstring TemporaryFolder::Deep(size_t length) const {
 }
 
 std::wstring DocumentsFolder() {
+    // By its item list, as the plug-in asks for it: Wine may end that path in a backslash, and no other.
     wchar_t path[MAX_PATH] = {};
-    EXPECT_EQ(S_OK, SHGetFolderPathW(nullptr, CSIDL_PERSONAL, nullptr, SHGFP_TYPE_CURRENT, path));
+    LPITEMIDLIST items = nullptr;
+    if (SUCCEEDED(SHGetSpecialFolderLocation(nullptr, CSIDL_PERSONAL, &items))) {
+        SHGetPathFromIDListW(items, path);
+        CoTaskMemFree(items);
+    }
     return path;
 }
 
