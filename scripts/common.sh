@@ -82,8 +82,9 @@ restore_delivered() { cp dist/KZPWriterUI.dll build/tests/bin/; }
 run_tests() {
     tests=$1
     shift
+    start_second_machine
     say "Running the tests"
-    (cd "$tests" && timeout 2400 ctest -j2 --output-on-failure --no-tests=error "$@" 2>&1 9>&- </dev/null || :) |
+    (cd "$tests" && timeout 2400 ctest -j3 --output-on-failure --no-tests=error "$@" 2>&1 9>&- </dev/null || :) |
         tee "$tests/ctest.log"
     total=$(sed -n 's/^.* tests failed out of \([0-9]*\)$/\1/p' "$tests/ctest.log")
     failed=$(sed -n 's/^.* \([0-9]*\) tests failed out of [0-9]*$/\1/p' "$tests/ctest.log")
@@ -97,7 +98,7 @@ wine_environment() {
     mkdir -p build/wine/home
     wine_root=$(cd build/wine && pwd)
     unset TMPDIR # Wine 10's server ends at once when it is set
-    export WINEPREFIX="$wine_root/prefix" HOME="$wine_root/home" WINEARCH=win64
+    export WINEPREFIX="$wine_root/${KZP_MACHINE:-prefix}" HOME="$wine_root/home" WINEARCH=win64
     export WINEDEBUG="${WINEDEBUG:--all}"
     # The stand-in spooler is taken where it stands beside the program, Wine's own elsewhere.
     export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d;winspool.drv=n,b"
@@ -111,22 +112,39 @@ start_wine() { # [FOLDER of the tests' programs]
     export KZP_WINE_RUNS=1
     exec 9>"$wine_root/lock"
     flock 9 # one run at a time: they share the prefix's registry and desktop
-    xvfb=
-    if [ "${KZP_DESKTOP:-0}" != 1 ]; then
-        rm -f "$wine_root/display"
-        Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$wine_root/display" 2>/dev/null 9>&- &
-        xvfb=$!
-        tries=0
-        while [ ! -s "$wine_root/display" ]; do
-            tries=$((tries + 1))
-            [ $tries -lt 300 ] || fail "the virtual display did not start"
-            sleep 0.1
-        done
-        DISPLAY=":$(cat "$wine_root/display")"
-        export DISPLAY
-    fi
+    displays= prefixes=
     trap stop_wine EXIT
     trap 'exit 130' INT TERM
+    [ "${KZP_DESKTOP:-0}" = 1 ] || start_display
+    boot_wine
+}
+
+# A second prefix with a display of its own, never a person's desktop; scripts/second-machine runs a command in it.
+start_second_machine() {
+    first_prefix=$WINEPREFIX first_display=${DISPLAY:-} first_desktop=${KZP_DESKTOP:-0}
+    WINEPREFIX="$wine_root/second" KZP_DESKTOP=0
+    start_display
+    boot_wine
+    export KZP_SECOND_PREFIX="$WINEPREFIX" KZP_SECOND_DISPLAY="$DISPLAY"
+    WINEPREFIX=$first_prefix DISPLAY=$first_display KZP_DESKTOP=$first_desktop
+}
+
+start_display() {
+    rm -f "$wine_root/display"
+    Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$wine_root/display" 2>/dev/null 9>&- &
+    displays="$displays $!"
+    tries=0
+    while [ ! -s "$wine_root/display" ]; do
+        tries=$((tries + 1))
+        [ $tries -lt 300 ] || fail "the virtual display did not start"
+        sleep 0.1
+    done
+    DISPLAY=":$(cat "$wine_root/display")"
+    export DISPLAY
+}
+
+boot_wine() {
+    prefixes="$prefixes $WINEPREFIX"
     if [ ! -f "$WINEPREFIX/prepared" ]; then
         say "Preparing Wine (once, about 20 s)"
         rm -rf "$WINEPREFIX"
@@ -184,7 +202,9 @@ forget_printer() {
 stop_wine() {
     status=$?
     trap - EXIT
-    wineserver -k 2>/dev/null || :
-    [ -z "$xvfb" ] || kill "$xvfb" 2>/dev/null || :
+    for prefix in $prefixes; do
+        WINEPREFIX=$prefix wineserver -k 2>/dev/null || :
+    done
+    [ -z "$displays" ] || kill $displays 2>/dev/null || :
     exit $status
 }
