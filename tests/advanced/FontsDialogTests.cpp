@@ -397,6 +397,10 @@ TEST_F(FontsDialog, OneRestrictedProcessGetsANoticeInstead) {
             g_program = expected.program;
             Open();
             EXPECT_EQ(expected.notice, !IsWindowVisible(dialog));
+            int shown = 0;
+            for (HWND child = GetWindow(Page(), GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+                shown += (GetWindowLongW(child, GWL_STYLE) & WS_VISIBLE) != 0;
+            EXPECT_EQ(shown, 1) << "the page's own controls are hidden";
         }
         const HWND notice = FindWindowExW(Page(), nullptr, L"static", host.plugIn.ResourceText(700).c_str());
         EXPECT_TRUE(IsWindowVisible(notice));
