@@ -45,8 +45,10 @@ TEST_F(ShowingHelp, IsWhatTheButtonOfEachDialogDoes) {
     const RegisteredControl control(BesideExe(kDllName));
     WriteText(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", L"C:\\KZP\\writer.chm");
     HostedSheet host;
-    for (const auto& [tab, button] :
-         {std::pair{1, IDC_HELP_SETTINGS}, {2, IDC_HELP_OUTPUT}, {0, IDC_HELP_ADVANCED}}) {
+    const std::pair<int, int> buttons[] = {
+        {1, IDC_HELP_SETTINGS}, {2, IDC_HELP_OUTPUT}, {0, IDC_HELP_ADVANCED}};
+    for (const auto& place : buttons) {
+        const int tab = place.first, button = place.second;  // clang 14 captures no structured binding
         host.run.Add([tab](driverhost::SheetUser& user) { user.ClickTab(tab); });
         host.run.Add([button](driverhost::SheetUser& user) {
             calls.Start();

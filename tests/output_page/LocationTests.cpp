@@ -30,15 +30,17 @@ TEST_F(OutputPage, OpensOnTheStoredFolderWhileItCanBeEntered) {
         {Folder(L"\x4E2D\x6587 \x0416\x00E4"), true},  // beyond every code page
         {folders.Deep(258), true},                     // as long as a path may be without its terminator
     };
-    for (const auto& [stored, isUserFolder] : cases) {
+    for (const auto& expected : cases) {
+        const auto& [stored, isUserFolder] = expected;
         SCOPED_TRACE(testing::PrintToString(stored));
         Store(L"DefaultDir", stored);
         const std::filesystem::path entered =
             isUserFolder ? std::filesystem::path(stored) : std::filesystem::current_path();
         Show({[&](SheetUser& user) {
-            ExpectUserFolder(isUserFolder, user);
+            ExpectUserFolder(expected.second, user);
             EXPECT_TRUE(std::filesystem::current_path() / L"" == entered / L"");
-            EXPECT_EQ(isUserFolder ? stored : DocumentsFolder(), Stored(L"DefaultDir")) << "at once";
+            EXPECT_EQ(expected.second ? expected.first : DocumentsFolder(), Stored(L"DefaultDir"))
+                << "at once";
         }});
         EXPECT_TRUE(g_asked.empty());
     }
@@ -53,15 +55,16 @@ TEST_F(OutputPage, AsksForTheFileNameUnlessTheSettingSaysNo) {
         {L"", true, L"YES"}, {L"ye", true, L"YES"},   {L"NO", false, L"NO"},
         {L"n", false, L"n"}, {L"nope", true, L"YES"},
     };
-    for (const auto& [stored, asks, atOnce] : cases) {
-        SCOPED_TRACE(testing::PrintToString(stored));
-        Store(L"PROMPTFILENAME", stored);
+    for (const auto& expected : cases) {
+        SCOPED_TRACE(testing::PrintToString(expected.stored));
+        Store(L"PROMPTFILENAME", expected.stored);
         Show({[&](SheetUser& user) {
-                  EXPECT_EQ(asks, user.Checked(IDC_PROMPT_FILE_NAME));
-                  EXPECT_EQ(atOnce, Stored(L"PROMPTFILENAME"));
+                  EXPECT_EQ(expected.asks, user.Checked(IDC_PROMPT_FILE_NAME));
+                  EXPECT_EQ(expected.atOnce, Stored(L"PROMPTFILENAME"));
               },
               Ok});
-        EXPECT_EQ(asks ? L"YES" : L"No", Stored(L"PROMPTFILENAME")) << "an unchecked box is stored as No";
+        EXPECT_EQ(expected.asks ? L"YES" : L"No", Stored(L"PROMPTFILENAME"))
+            << "an unchecked box is stored as No";
     }
     Show({[](SheetUser& user) {
               DisableApply(user);
@@ -89,8 +92,11 @@ TEST_F(OutputPage, TheChoiceOfLocationIsAnnouncedAndTheDocumentsFolderWrittenAtO
             }
         }});
         // A radio button that gets the focus by a key or a program may say twice that it is pressed.
-        const auto again = std::ranges::unique(announcements, {}, &driverhost::Announcement::selection);
-        announcements.erase(again.begin(), again.end());
+        const auto same = [](const driverhost::Announcement& one, const driverhost::Announcement& other) {
+            return one.selection == other.selection;
+        };
+        announcements.erase(std::unique(announcements.begin(), announcements.end(), same),
+                            announcements.end());
         ASSERT_EQ(item ? 2u : 0u, announcements.size());
         for (LONG selection = 0; const driverhost::Announcement& announced : announcements) {
             EXPECT_TRUE(announced.plugInItem && announced.rightSheet);

@@ -94,12 +94,13 @@ TEST_F(DriverFeatures, FollowTheirControlsAndAreAnnounced) {
             return user.ApplyEnabled();
         };
         Announced();
-        for (const auto& [use, announced] : cases) {
+        for (const auto& expected : cases) {
+            const auto& [use, announced] = expected;
             SCOPED_TRACE(use.control);
             OPTITEM& orientation = *host->session.Tree().Find("Orientation");
             OPTITEM& fifth = host->session.Tree().Items()[4];
             orientation.Flags = fifth.Flags = kHidden;
-            EXPECT_TRUE(enablesApply([&] { Do(user, {use}); }));
+            EXPECT_TRUE(enablesApply([&] { Do(user, {expected.use}); }));
             std::string told = Announced();
             // A button that gets the keyboard by the click may report it once for each.
             if (use.control == IDC_MILLIMETERS && told == std::string(announced) + announced)
@@ -119,16 +120,16 @@ TEST_F(DriverFeatures, AnythingStoredButANoShowsTheViewerAndOnlyTypeOneIsKzp) {
         const wchar_t *stored, *afterwards;
         int type;
     } cases[] = {{nullptr, L"YES", -1}, {L"maybe", L"YES", 1}, {L"no", L"no", 0}};
-    for (const auto& [stored, afterwards, type] : cases) {
-        if (stored)
-            WriteText(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView", stored);
-        if (type >= 0)
-            WriteDword(HKEY_CURRENT_USER, kSettingsKey, L"OutputType", static_cast<DWORD>(type));
+    for (const auto& expected : cases) {
+        if (expected.stored)
+            WriteText(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView", expected.stored);
+        if (expected.type >= 0)
+            WriteDword(HKEY_CURRENT_USER, kSettingsKey, L"OutputType", static_cast<DWORD>(expected.type));
         Open({[&](SheetUser& user) {
-            EXPECT_EQ(Setting(L"LaunchKZPView")->Text(), afterwards);
-            EXPECT_EQ(user.Checked(IDC_DISPLAY_IN_VIEWER), afterwards == std::wstring(L"YES"));
-            EXPECT_EQ(user.Checked(IDC_OUTPUT_KZP), type == 1) << type;
-            EXPECT_EQ(user.Checked(IDC_OUTPUT_KZPX), type != 1) << type;
+            EXPECT_EQ(Setting(L"LaunchKZPView")->Text(), expected.afterwards);
+            EXPECT_EQ(user.Checked(IDC_DISPLAY_IN_VIEWER), expected.afterwards == std::wstring(L"YES"));
+            EXPECT_EQ(user.Checked(IDC_OUTPUT_KZP), expected.type == 1) << expected.type;
+            EXPECT_EQ(user.Checked(IDC_OUTPUT_KZPX), expected.type != 1) << expected.type;
         }});
     }
 }

@@ -95,16 +95,16 @@ TEST_F(Paper, ThatDoesNotFitBringsTheUserBackToThePage) {
         Texts typed;
         std::vector<driverhost::SheetStep> steps;
         bool first = true;
-        for (const auto& [uses, returns] : cases) {
+        for (const auto& expected : cases) {
             first = !first;
             steps.push_back([&, first](SheetUser& user) {
                 boxes = host->run.Boxes().size();
-                Do(user, uses);
+                Do(user, expected.uses);
                 typed = EditTexts(user);
                 const ImportPatch patch(host->plugIn.Module(), "MessageBoxW", AddressOf(NoteBox));
                 user.ClickTab(first ? 0 : host->sheet.PageCount() - 1);
             });
-            steps.push_back([&, first, back = returns[four]](SheetUser& user) {
+            steps.push_back([&, first, back = expected.returns[four]](SheetUser& user) {
                 SCOPED_TRACE(testing::Message() << "four tabs " << four << ", first " << first);
                 const int last = host->sheet.PageCount() - 1;
                 EXPECT_EQ(host->sheet.CurrentPage(), back ? last - 1 : first ? 0 : last);

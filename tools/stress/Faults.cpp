@@ -140,12 +140,12 @@ TEST_F(Faults, OfSinglePlatformCallsLoseNothingElse) {
                 targets.push_back({&operation, function, most});
         }
     }
-    const auto counted = std::ranges::stable_partition(targets, [](const Target& target) {
+    const auto counted = std::stable_partition(targets.begin(), targets.end(), [](const Target& target) {
         return LeavesSomethingBehind(*target.operation, target.function);
     });
     WarmUpSheets();
     const auto all = static_cast<int>(targets.size());
-    for (Campaign run(all, all - static_cast<int>(counted.size())); run.Next();) {
+    for (Campaign run(all, static_cast<int>(counted - targets.begin())); run.Next();) {
         const Target& target = targets[static_cast<size_t>(run.Iteration())];
         const int calls = Perform(run, *target.operation, target.function, 0);
         for (int time = 1; time <= std::min(calls, target.most); ++time)
