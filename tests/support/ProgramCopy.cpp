@@ -25,8 +25,12 @@ ProgramCopy::ProgramCopy() {
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION child = {};
-    EXPECT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                               &child));
+    // Wine fails to start one process in many hundreds.
+    BOOL started = FALSE;
+    for (int attempt = 0; attempt < 3 && !started; ++attempt)
+        started = CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                                 &startup, &child);
+    EXPECT_TRUE(started) << GetLastError();
     SetEnvironmentVariableW(kOwner, nullptr);
     m_process.Reset(child.hProcess);
     const UniqueKernelHandle thread(child.hThread);
