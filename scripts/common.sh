@@ -112,7 +112,7 @@ start_wine() { # [FOLDER of the tests' programs]
     export KZP_WINE_RUNS=1
     exec 9>"$wine_root/lock"
     flock 9 # one run at a time: they share the prefix's registry and desktop
-    displays= prefixes=
+    displays= machines=
     trap stop_wine EXIT
     trap 'exit 130' INT TERM
     [ "${KZP_DESKTOP:-0}" = 1 ] || start_display
@@ -144,7 +144,7 @@ start_display() {
 }
 
 boot_wine() {
-    prefixes="$prefixes $WINEPREFIX"
+    machines="$machines ${WINEPREFIX##*/}"
     if [ ! -f "$WINEPREFIX/prepared" ]; then
         say "Preparing Wine (once, about 20 s)"
         rm -rf "$WINEPREFIX"
@@ -202,8 +202,8 @@ forget_printer() {
 stop_wine() {
     status=$?
     trap - EXIT
-    for prefix in $prefixes; do
-        WINEPREFIX=$prefix wineserver -k 2>/dev/null || :
+    for machine in $machines; do
+        WINEPREFIX="$wine_root/$machine" wineserver -k 2>/dev/null || :
     done
     [ -z "$displays" ] || kill $displays 2>/dev/null || :
     exit $status
