@@ -53,18 +53,4 @@ size_t CountHeapBlocks() {
     return CountHeapBlocks(process) + (runTime != process ? CountHeapBlocks(runTime) : 0);
 }
 
-size_t CountWindows() {
-    size_t count = 0;
-    EnumChildWindows(
-        GetDesktopWindow(),
-        [](HWND window, LPARAM parameter) -> BOOL {
-            DWORD process = 0;
-            GetWindowThreadProcessId(window, &process);
-            *reinterpret_cast<size_t*>(parameter) += process == GetCurrentProcessId() ? 1u : 0u;
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&count));
-    return count;
-}
-
 }  // namespace kzp::test

@@ -14,7 +14,4 @@ size_t CountHeapBlocks(HANDLE heap);
 // Busy blocks of the process heap and of the run-time's heap.
 size_t CountHeapBlocks();
 
-// Windows of this process, children included.
-size_t CountWindows();
-
 }  // namespace kzp::test

@@ -13,10 +13,8 @@ void Redirect(HKEY predefined, const std::wstring& path) {
 
 }  // namespace
 
-ScratchRegistry::ScratchRegistry(DWORD owner)
-    : m_own(owner == GetCurrentProcessId()), m_path(L"Software\\KZP Tests\\" + std::to_wstring(owner)) {
-    if (m_own)
-        standins::DeleteKey(HKEY_CURRENT_USER, m_path);  // what a process that was ended left behind
+ScratchRegistry::ScratchRegistry() {
+    standins::DeleteKey(HKEY_CURRENT_USER, m_path);  // what a process that was ended left behind
     Redirect(HKEY_LOCAL_MACHINE, m_path + L"\\Machine");
     Redirect(HKEY_CURRENT_USER, m_path + L"\\User");
 }
@@ -24,8 +22,7 @@ ScratchRegistry::ScratchRegistry(DWORD owner)
 ScratchRegistry::~ScratchRegistry() {
     RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
     RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
-    if (m_own)
-        standins::DeleteKey(HKEY_CURRENT_USER, m_path);
+    standins::DeleteKey(HKEY_CURRENT_USER, m_path);
 }
 
 void ScratchRegistry::RefuseUserKeys() {

@@ -15,23 +15,19 @@ namespace kzp::test {
 // redirection.
 class ScratchRegistry {
   public:
-    ScratchRegistry() : ScratchRegistry(GetCurrentProcessId()) {}
-    // Of another process: its keys are shared, and left as they are.
-    explicit ScratchRegistry(DWORD owner);
+    ScratchRegistry();
     ~ScratchRegistry();
     ScratchRegistry(const ScratchRegistry&) = delete;
     ScratchRegistry& operator=(const ScratchRegistry&) = delete;
 
-    // The parent of the two keys, "User" and "Machine", below the real HKEY_CURRENT_USER: for a process that
-    // is to share them.
+    // The parent of the two keys, "User" and "Machine", below the real HKEY_CURRENT_USER.
     const std::wstring& Path() const { return m_path; }
 
     // From here on HKEY_CURRENT_USER is a key in which nothing can be created to last.
     static void RefuseUserKeys();
 
   private:
-    const bool m_own;
-    std::wstring m_path;
+    const std::wstring m_path = L"Software\\KZP Tests\\" + std::to_wstring(GetCurrentProcessId());
 };
 
 using RegistryValue = standins::Value;

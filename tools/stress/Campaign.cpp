@@ -66,7 +66,6 @@ Campaign::Campaign(int iterations, int warmUp)
 Campaign::~Campaign() {
     const Stock now = TakeStock();
     EXPECT_LE(now.handles, m_before.handles);
-    EXPECT_LE(now.windows, m_before.windows);
     EXPECT_LE(now.blocks, m_before.blocks + kBlocksOfThePlatform);
 }
 
@@ -82,7 +81,7 @@ bool Campaign::Next() {
 }
 
 Campaign::Stock Campaign::TakeStock() {
-    return {test::CountHandles(), test::CountWindows(), test::CountHeapBlocks()};
+    return {test::CountHandles(), test::CountHeapBlocks()};
 }
 
 void Campaign::Doing(const char* format, ...) {

@@ -27,7 +27,7 @@ class Dice {
 // True in the short form that belongs to the tests (KZP_STRESS is not set).
 bool IsBrief();
 
-// for (Campaign run(60, 3); run.Next();) ... Handles, windows and heap blocks are counted behind the warm-up
+// for (Campaign run(60, 3); run.Next();) ... Handles and heap blocks are counted behind the warm-up
 // and again behind the last iteration; but for a few heap blocks nothing more should be alive then.
 // KZP_STRESS_SEED is the seed, KZP_STRESS_FROM the first iteration: with both, a campaign goes on from where
 // something broke.
@@ -47,7 +47,7 @@ class Campaign {
 
   private:
     struct Stock {
-        size_t handles, windows, blocks;
+        size_t handles, blocks;
     };
     static Stock TakeStock();
 

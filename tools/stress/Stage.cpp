@@ -11,6 +11,7 @@
 
 namespace kzp::stress {
 
+using driverhost::Descendants;
 using driverhost::HostError;
 using driverhost::SheetUser;
 
@@ -76,21 +77,11 @@ void PlaySheet(test::HostedSheet& host, const driverhost::SheetStep& edit) {
     host.run.Show();
 }
 
-std::vector<HWND> ControlsOf(HWND page) {
-    std::vector<HWND> controls;
-    const WNDENUMPROC add = [](HWND control, LPARAM all) -> BOOL {
-        reinterpret_cast<std::vector<HWND>*>(all)->push_back(control);
-        return TRUE;
-    };
-    EnumChildWindows(page, add, reinterpret_cast<LPARAM>(&controls));
-    return controls;
-}
-
 void UseAnything(SheetUser& user, Dice& dice) {
     const int page = dice.Below(user.Sheet().PageCount());
     if (dice.OneIn(6))
         Try([&] { user.ClickTab(page); });
-    else if (const auto controls = ControlsOf(user.Sheet().PageWindow(page)); !controls.empty())
+    else if (const auto controls = Descendants(user.Sheet().PageWindow(page)); !controls.empty())
         Use(user, dice.OneOf(controls), dice);
 }
 
@@ -102,7 +93,7 @@ void WarmUpSheets() {
         const int pages = user.Sheet().PageCount();
         for (int page = 0; page < 2 * pages; ++page) {
             Try([&] { user.ClickTab(page % pages); });
-            for (const HWND control : ControlsOf(user.Sheet().PageWindow(page % pages)))
+            for (const HWND control : Descendants(user.Sheet().PageWindow(page % pages)))
                 Use(user, control, dice);
         }
         // Too much for the paper: leaving the page is refused with a message.

@@ -1,8 +1,6 @@
 // What a campaign plays with: sheets that are used at random, and a shell that starts nothing.
 #pragma once
 
-#include <vector>
-
 #include "tests/support/SheetTest.h"
 #include "tests/support/SystemFolder.h"
 #include "tools/stress/Campaign.h"
@@ -22,9 +20,6 @@ class QuietShell {
 // Shows the sheet of `host`, has `edit` done in it, and presses OK; one that refuses is cancelled. HostError
 // when the host could not open it at all.
 void PlaySheet(test::HostedSheet& host, const driverhost::SheetStep& edit);
-
-// Of the page, or of the dialog in it.
-std::vector<HWND> ControlsOf(HWND page);
 
 // Uses a tab or a control as a person could, with something made up for it; what cannot be used at the moment
 // is left alone.

@@ -1,15 +1,9 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdarg>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <cwchar>
 #include <string>
-
-#include "core/DebugTrace.h"
 
 // The C library's own functions take wide characters for four bytes.
 extern "C" {
@@ -71,40 +65,9 @@ int WideCharToMultiByte(UINT, DWORD, PCWSTR text, int, char* bytes, int room, co
     return written;
 }
 
-int lstrcmpiW(PCWSTR left, PCWSTR right) {
-    const auto lower = [](wchar_t c) { return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c + 32) : c; };
-    for (; *left && lower(*left) == lower(*right); ++left, ++right) {
-    }
-    return lower(*left) - lower(*right);
-}
-
-int CompareStringOrdinal(PCWSTR left, int leftLength, PCWSTR right, int rightLength, BOOL) {
-    const std::wstring one(left, static_cast<std::size_t>(leftLength));
-    const std::wstring other(right, static_cast<std::size_t>(rightLength));
-    return (lstrcmpiW(one.c_str(), other.c_str()) > 0) - (lstrcmpiW(one.c_str(), other.c_str()) < 0) +
-           CSTR_EQUAL;
-}
-
 // Only ever "%u".
-int wsprintfW(PWSTR text, PCWSTR format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    const std::string digits = std::to_string(va_arg(arguments, unsigned));
-    va_end(arguments);
+int wsprintfW(PWSTR text, PCWSTR, unsigned value) {
+    const std::string digits = std::to_string(value);
     *std::copy(digits.begin(), digits.end(), text) = L'\0';
     return static_cast<int>(digits.size());
 }
-
-int EnumFontFamiliesW(HDC, PCWSTR, FONTENUMPROCW, LPARAM) {
-    return 1;
-}
-
-namespace kzp {
-
-bool DebugTrace(const wchar_t*, ...) {
-    return true;
-}
-
-void TraceException(const wchar_t*, const wchar_t*, int) {}
-
-}  // namespace kzp
