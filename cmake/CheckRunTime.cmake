@@ -1,5 +1,5 @@
 # Run after linking with -DMAP=<the linker's map>: support/RunTime.cpp has kept out what it is meant to keep out.
-file(STRINGS ${MAP} taken REGEX "libstdc\\+\\+\\.a\\((functexcept|eh_alloc|vterminate|cp-demangle|[^()]*string-inst|[^()]*locale[^()]*|[^()]*ios[^()]*)\\.o\\)")
+file(STRINGS ${MAP} taken REGEX "libstdc\\+\\+\\.a\\((functexcept|eh_alloc|eh_globals|vterminate|cp-demangle|[^()]*string-inst|[^()]*locale[^()]*|[^()]*ios[^()]*)\\.o\\)")
 if(taken)
   string(REGEX MATCHALL "[^()/]+\\.o" taken "${taken}")
   list(REMOVE_DUPLICATES taken)

@@ -3,6 +3,8 @@
 // takes a piece of the library only for a name that it has not met yet, so what stands here keeps the
 // library's own out; should another release bring it in all the same, the build ends in
 // cmake/CheckRunTime.cmake or with a name that is defined twice.
+#include <windows.h>
+
 #include <atomic>
 #include <cstddef>
 #include <cstdlib>
@@ -82,11 +84,13 @@ ReservedPlace g_places[4];
 std::atomic<bool> g_taken[std::size(g_places)];
 
 void* TakeReservedPlace(std::size_t objectBytes) {
-    if (objectBytes > kReservedObjectBytes)
-        return nullptr;
-    for (std::size_t place = 0; place < std::size(g_places); ++place) {
-        if (!g_taken[place].exchange(true))
-            return &g_places[place];
+    constexpr int kTries = 1000;
+    for (int tries = 0; objectBytes <= kReservedObjectBytes && tries < kTries; ++tries) {
+        for (std::size_t place = 0; place < std::size(g_places); ++place) {
+            if (!g_taken[place].exchange(true))
+                return &g_places[place];
+        }
+        Sleep(1);  // until another thread has caught its own
     }
     return nullptr;
 }
@@ -103,7 +107,63 @@ bool GiveBackReservedPlace(const void* block) {
 
 }  // namespace
 
+// Its record of what is being thrown and caught in a thread comes from the heap at the thread's first
+// exception, and the process ends where the heap has nothing left, which is when something is thrown here; a
+// thread-local place and a lock stay when the DLL goes. These records are plain data, too: a thread has one
+// from its throw to its catch.
 namespace __cxxabiv1 {
+
+// As the library's own functions take it apart.
+struct __cxa_eh_globals {
+    void* caughtExceptions;
+    unsigned int uncaughtExceptions;
+};
+
+}  // namespace __cxxabiv1
+
+namespace {
+
+struct ThreadRecord {
+    std::atomic<DWORD> thread;  // 0: free
+    __cxxabiv1::__cxa_eh_globals globals;
+};
+ThreadRecord g_records[16];
+
+// Takes a record of `owner` over; null when it has none.
+ThreadRecord* TakeRecord(DWORD owner, DWORD thread) {
+    for (ThreadRecord& record : g_records) {
+        DWORD expected = owner;
+        if (record.thread.compare_exchange_strong(expected, thread))
+            return &record;
+    }
+    return nullptr;
+}
+
+void GiveBackRecord() {
+    const DWORD thread = GetCurrentThreadId();
+    ThreadRecord* const record = TakeRecord(thread, thread);
+    if (record && !record->globals.caughtExceptions && record->globals.uncaughtExceptions == 0)
+        record->thread = 0;
+}
+
+}  // namespace
+
+namespace __cxxabiv1 {
+
+__cxa_eh_globals* __cxa_get_globals() noexcept {
+    const DWORD thread = GetCurrentThreadId();
+    for (;;) {
+        for (const DWORD owner : {thread, DWORD{0}}) {
+            if (ThreadRecord* const record = TakeRecord(owner, thread))
+                return &record->globals;
+        }
+        Sleep(1);  // until one of the others has caught its own
+    }
+}
+
+__cxa_eh_globals* __cxa_get_globals_fast() noexcept {
+    return __cxa_get_globals();
+}
 
 void* __cxa_allocate_exception(std::size_t objectBytes) noexcept {
     void* block = std::malloc(kRecordBytes + objectBytes);
@@ -119,6 +179,7 @@ void __cxa_free_exception(void* object) noexcept {
     void* const block = static_cast<std::byte*>(object) - kRecordBytes;
     if (!GiveBackReservedPlace(block))
         std::free(block);
+    GiveBackRecord();
 }
 
 }  // namespace __cxxabiv1

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/support/ImportPatch.h"
@@ -33,15 +35,21 @@ TEST(DebugTrace, WritesACutTextAsWellAndTellsOfIt) {
     }
 }
 
-int g_refusals = 0;
+thread_local bool t_refused = false;
+std::atomic<int> g_told = 0;
 
 void* __cdecl Allocate(size_t bytes) {
-    return g_refusals-- > 0 ? nullptr : std::malloc(bytes);
+    return t_refused ? nullptr : std::malloc(bytes);
 }
 
-// What is thrown then lives in the plug-in's own small reserve, which must not run out.
+void WINAPI CountTrace(const wchar_t*) {
+    ++g_told;
+}
+
+// What is thrown then lives in the plug-in's own small reserves, which must not run out: more threads throw
+// at once than these have places.
 TEST(DebugTrace, TellsOfEveryOperationThatGetsNoMemoryAtAll) {
-    g_traces.clear();
+    constexpr int kThreads = 24, kTimes = 50;
     const ScratchRegistry registry;
     const PlugInDll dll;
     const driverhost::ComRef<IPrintOemUI2> object = dll.CreateObject();
@@ -49,15 +57,21 @@ TEST(DebugTrace, TellsOfEveryOperationThatGetsNoMemoryAtAll) {
     OEMCUIPPARAM param = {};
     param.pPrinterName = longName.data();
     const ImportPatch allocation(dll.Module(), "malloc", AddressOf(&Allocate));
-    const ImportPatch trace(dll.Module(), "OutputDebugStringW", AddressOf(NoteText));
-    for (int time = 1; time <= 100; ++time) {
-        // The first exception of a thread takes a few bytes that the run-time cannot do without.
-        g_refusals = time == 1 ? 1 : 1'000'000;
-        const HRESULT refused = object->CommonUIProp(OEMCUIP_DOCPROP, &param);
-        g_refusals = 0;
-        EXPECT_EQ(E_OUTOFMEMORY, refused);
-        EXPECT_EQ(time, std::ssize(g_traces)) << "a trace takes no memory";
-    }
+    const ImportPatch trace(dll.Module(), "OutputDebugStringW", AddressOf(CountTrace));
+    std::atomic<int> refused = 0;
+    const auto fail = [&] {
+        t_refused = true;
+        for (int time = 0; time < kTimes; ++time)
+            refused += object->CommonUIProp(OEMCUIP_DOCPROP, &param) == E_OUTOFMEMORY;
+        t_refused = false;
+    };
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < kThreads; ++thread)
+        threads.emplace_back(fail);
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(kThreads * kTimes, refused);
+    EXPECT_EQ(refused, g_told) << "a trace takes no memory";
     EXPECT_EQ(S_OK, object->CommonUIProp(OEMCUIP_DOCPROP, &param));
 }
 

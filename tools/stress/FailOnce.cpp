@@ -24,7 +24,7 @@ constexpr std::string_view kSpared =
     " GetLastError SetLastError GetCurrentProcessId GetCurrentThreadId GetProcessHeap lstrcmpiW wsprintfA "
     "wsprintfW Sleep AcquireSRWLockExclusive ReleaseSRWLockExclusive EnterCriticalSection "
     "LeaveCriticalSection InitializeCriticalSection DeleteCriticalSection "
-    "CreateSemaphoreW ReleaseSemaphore WaitForSingleObject VirtualProtect VirtualQuery RaiseException ";
+    "VirtualProtect VirtualQuery RaiseException ";
 
 // Otherwise 0: FALSE, a null handle, no characters. Functions without a result do nothing.
 ULONG_PTR AnswerOf(const std::string& function) {

@@ -104,13 +104,12 @@ int Perform(Campaign& run, const Operation& operation, const std::string& functi
     return fail.Calls();
 }
 
-// Played before the counting begins: refused, these themselves do not give back what they should; the
-// run-time loses its lock for exceptions when it is unloaded after the first one; and with ShowWindow refused
-// the platform paints, for the first time, what else stays hidden. An installation leaves its last printer
-// open on purpose.
+// Played before the counting begins: refused, these themselves do not give back what they should; and
+// with ShowWindow refused the platform paints, for the first time, what else stays hidden. An installation
+// leaves its last printer open on purpose.
 bool LeavesSomethingBehind(const Operation& operation, const std::string& function) {
-    static const char* const kParts[] = {"Close", "Free",   "Global", "ReleaseDC",   "WindowLongPtr",
-                                         "Unmap", "malloc", "Show",   "ClosePrinter"};
+    static const char* const kParts[] = {"Close",         "Free",  "Global", "ReleaseDC",
+                                         "WindowLongPtr", "Unmap", "Show",   "ClosePrinter"};
     return operation.perform == InstallAndRemove || std::ranges::any_of(kParts, [&](const char* part) {
                return function.find(part) != std::string::npos;
            });
