@@ -3,15 +3,12 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <process.h>
 #include <shellapi.h>
 #include <tlhelp32.h>
 
-#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <functional>
-#include <iterator>
-#include <list>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,10 +17,8 @@
 #include "tests/support/Counters.h"
 #include "tests/support/Files.h"
 #include "tests/support/ImportPatch.h"
-#include "tests/support/MessageBoxes.h"
 #include "tests/support/PlugInDll.h"
 #include "tests/support/ScratchRegistry.h"
-#include "tests/support/SystemFolder.h"
 #include "tools/standins/companions/Companions.h"
 
 namespace kzp::test {
@@ -33,7 +28,7 @@ namespace {
 constexpr wchar_t kInteraction[] = L"KzpWriterInteraction.exe";
 constexpr wchar_t kLauncher[] = L"KZPAppLauncher.exe";
 constexpr wchar_t kViewer[] = L"PlansightApp.exe";
-constexpr wchar_t kBare[] = L"bare-companion.exe";
+constexpr wchar_t kViewerKey[] = L"SOFTWARE\\Wow6432Node\\Brimlake\\Plansight\\ProductInfo";
 
 size_t CountProcesses(const wchar_t* name) {
     const UniqueFile snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
@@ -48,7 +43,7 @@ size_t CountProcesses(const wchar_t* name) {
 
 struct DocumentEvents : testing::Test {
     DocumentEvents() {
-        for (const wchar_t* const name : {kInteraction, kLauncher, kViewer, kBare})
+        for (const wchar_t* const name : {kInteraction, kLauncher, kViewer})
             EXPECT_NE(L"", standins::PlaceCompanion(folder.Path(), name, standins::kDoesNothing));
         Reset();
     }
@@ -73,7 +68,7 @@ struct DocumentEvents : testing::Test {
     static void SetOption(const wchar_t* text) {
         WriteText(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView", text);
     }
-    std::wstring FolderOf(size_t length) const {
+    std::wstring PathOf(size_t length) const {
         const std::wstring beginning = folder.File(L"");
         return beginning + std::wstring(length - beginning.size(), L'h');
     }
@@ -92,13 +87,11 @@ struct DocumentEvents : testing::Test {
     }
     static void EndCompanions() {
         // One that has only just been started would not hear that it shall end.
-        for (const wchar_t* const name : {kInteraction, kLauncher, kBare})
+        for (const wchar_t* const name : {kInteraction, kLauncher})
             EXPECT_TRUE(CountProcesses(name) == 0 || standins::WaitReady(name));
         EXPECT_TRUE(standins::QuitAll());
-        for (const wchar_t* const name : {kInteraction, kLauncher, kBare}) {
-            while (CountProcesses(name) != 0)
-                Sleep(1);
-        }
+        while (CountProcesses(kInteraction) + CountProcesses(kLauncher) != 0)
+            Sleep(1);
     }
 
     static DWORD Stored(const wchar_t* name) {
@@ -107,69 +100,32 @@ struct DocumentEvents : testing::Test {
         return value ? value->Dword() : ~0u;
     }
 
-    static constexpr wchar_t kViewerKey[] = L"SOFTWARE\\Wow6432Node\\Brimlake\\Plansight\\ProductInfo";
-
     ScratchRegistry registry;
     TemporaryFolder folder;
     PlugInDll dll;
     driverhost::ComRef<IPrintOemUI2> object = dll.CreateObject();
 };
 
-// --- the filter and the events on which nothing is done
-
-struct Filter {
-    DOCEVENT_FILTER head;
-    DWORD more[5];
-};
-
-TEST_F(DocumentEvents, AreAskedForWhereThereIsRoomForThree) {
-    for (const UINT room : {0u, 1u, 2u, 3u, 6u}) {
-        Filter filter;
-        std::memset(&filter, 0xEE, sizeof filter);
-        filter.head.cElementsAllocated = room;
-        Filter expected = filter;
-        if (room >= 3) {
-            expected.head.cElementsReturned = 3;
-            std::copy_n(std::begin({13u, 12u, 5u}), 3, expected.head.aDocEventCall);
-        }
-        EXPECT_EQ(room >= 3 ? DOCUMENTEVENT_SUCCESS : DOCUMENTEVENT_UNSUPPORTED,
-                  Send(DOCUMENTEVENT_QUERYFILTER, &filter));
-        EXPECT_EQ(0, std::memcmp(&expected, &filter, sizeof filter)) << room;
-    }
+TEST_F(DocumentEvents, AreAskedForWhereThereIsRoomForThreeAndButTheStartDoNothing) {
+    using Words = std::vector<DWORD>;
+    Words filter = {32, 2, 7, 7, 7, 7, 7, 7};
+    EXPECT_EQ(DOCUMENTEVENT_UNSUPPORTED, Send(DOCUMENTEVENT_QUERYFILTER, filter.data()));
+    EXPECT_EQ((Words{32, 2, 7, 7, 7, 7, 7, 7}), filter);
+    filter[1] = 3;
+    EXPECT_EQ(DOCUMENTEVENT_SUCCESS, Send(DOCUMENTEVENT_QUERYFILTER, filter.data()));
+    EXPECT_EQ((Words{32, 3, 7, 3, 13, 12, 5, 7}), filter);
     EXPECT_EQ(DOCUMENTEVENT_UNSUPPORTED, Send(DOCUMENTEVENT_QUERYFILTER, nullptr));
+    for (INT event = -1; event <= 20; ++event) {
+        if (event != DOCUMENTEVENT_STARTDOC) {
+            EXPECT_EQ(DOCUMENTEVENT_SUCCESS, Send(event, filter.data())) << event;
+        }
+    }
+    EXPECT_FALSE(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"ID"));
     SetQueue(PRINTER_ATTRIBUTE_DIRECT);
     for (const INT event : {DOCUMENTEVENT_QUERYFILTER, DOCUMENTEVENT_STARTDOC, DOCUMENTEVENT_ENDDOCPOST})
         EXPECT_EQ(S_OK, object->DocumentEvent(nullptr, nullptr, event, 0, nullptr, 0, nullptr, nullptr))
             << "without a place for the result";
 }
-
-int g_calls = 0;
-
-// Stands in for every import: the caller cleans up, whatever it passed.
-INT_PTR CountCall() {
-    ++g_calls;
-    return 0;
-}
-
-TEST_F(DocumentEvents, ButTheStartCallNothing) {
-    Filter filter = {};
-    filter.head.cElementsAllocated = 3;
-    g_calls = 0;
-    {
-        std::list<ImportPatch> patches;
-        for (const Import& import : ImportsOf(dll.Module()))
-            patches.emplace_back(dll.Module(), import.function.c_str(), AddressOf(CountCall));
-        EXPECT_GT(patches.size(), 50u);
-        for (INT event = -1; event <= 20; ++event) {
-            if (event != DOCUMENTEVENT_STARTDOC) {
-                EXPECT_EQ(DOCUMENTEVENT_SUCCESS, Send(event, &filter)) << event;
-            }
-        }
-    }
-    EXPECT_EQ(0, g_calls);
-}
-
-// --- the start of a document
 
 struct StartOfDocument : DocumentEvents {};
 
@@ -189,6 +145,23 @@ TEST_F(StartOfDocument, RecordsWhoPrintsAndStartsBothCompanions) {
     }
 }
 
+TEST_F(StartOfDocument, NamesTheProcessUnlessItPrintsForAnother) {
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, kViewerKey);
+    folder.Take(L"KZPWriterUI.dll");
+    for (const auto& [name, isApplication] : {std::pair{L"drawing.exe", true},
+                                              {L"spoolsv.exe", false},
+                                              {L"SplWoW64.EXE", false},
+                                              {L"myspoolsv.exe", true}}) {
+        const std::wstring program = folder.Take(L"printingapp.exe", name);
+        const std::wstring key = L"\"" + registry.Path() + L"\"";
+        EXPECT_EQ(0, _wspawnl(_P_WAIT, program.c_str(), L"printingapp", key.c_str(), nullptr));
+        EXPECT_EQ(isApplication, Stored(L"ID") != 0) << testing::PrintToString(name);
+        EXPECT_EQ(1u, CountProcesses(kInteraction)) << "whoever prints, the companion asks";
+    }
+}
+
+// --- what is asked of the system, while nothing is really started
+
 std::vector<std::wstring> g_asked;  // in one order: what is stored, and what is started
 
 LSTATUS WINAPI RecordStore(HKEY, LPCWSTR name, DWORD, DWORD, const BYTE* data, DWORD) {
@@ -197,11 +170,11 @@ LSTATUS WINAPI RecordStore(HKEY, LPCWSTR name, DWORD, DWORD, const BYTE* data, D
 }
 
 BOOL WINAPI RecordStart(SHELLEXECUTEINFOW* start) {
-    EXPECT_EQ(112u, start->cbSize);
     EXPECT_EQ(static_cast<ULONG>(SEE_MASK_NOCLOSEPROCESS), start->fMask);
     EXPECT_TRUE(!start->hwnd && !start->lpParameters && !start->lpDirectory);
     EXPECT_EQ(SW_SHOWNOACTIVATE, start->nShow) << "whoever prints keeps the keyboard";
     g_asked.push_back(start->lpVerb + std::wstring(L" ") + start->lpFile);
+    start->hProcess = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     return TRUE;
 }
 
@@ -224,166 +197,69 @@ void* __cdecl RefuseOnce(size_t bytes) {
     return std::exchange(g_refused, true) ? std::malloc(bytes) : nullptr;
 }
 
-TEST_F(StartOfDocument, StoresSessionAndIdBeforeItStartsInteractionAndLauncher) {
-    const HMODULE module = dll.Module();
-    const ImportPatch store(module, "RegSetValueExW", AddressOf(RecordStore));
-    const ImportPatch find(module, "GetProcAddress", AddressOf(FindRecording));
-    const ImportPatch session(module, "ProcessIdToSessionId", AddressOf(Fail));
-    const ImportPatch console(module, "WTSGetActiveConsoleSessionId", AddressOf(ConsoleSession));
-    const auto expectAsked = [&](DWORD id) {
-        const std::wstring open = L"open " + folder.File(L"");
+struct AskedAtStart : DocumentEvents {
+    const std::vector<std::wstring>& Asked() const {
         g_asked.clear();
         Start();
-        EXPECT_EQ((std::vector<std::wstring>{L"SessionId 77", L"ID " + std::to_wstring(id),
-                                             open + kInteraction, open + kLauncher}),
-                  g_asked);
-    };
-    expectAsked(GetCurrentProcessId());
-    for (const char* const function : {"K32EnumProcesses", "K32EnumProcessModules", "OpenProcess"}) {
-        SCOPED_TRACE(function);
-        const ImportPatch nameless(module, function, AddressOf(Fail));
-        expectAsked(0);  // a name that cannot be found
+        return g_asked;
     }
+
+    const ImportPatch find{dll.Module(), "GetProcAddress", AddressOf(FindRecording)};
+    const std::wstring open = L"open " + folder.File(L"");
+};
+
+TEST_F(AskedAtStart, StoresSessionAndIdBeforeItStartsInteractionAndLauncher) {
+    const HMODULE module = dll.Module();
+    const ImportPatch store(module, "RegSetValueExW", AddressOf(RecordStore));
+    const ImportPatch session(module, "ProcessIdToSessionId", AddressOf(Fail));
+    const ImportPatch console(module, "WTSGetActiveConsoleSessionId", AddressOf(ConsoleSession));
+    std::vector<std::wstring> expected = {L"SessionId 77", L"ID " + std::to_wstring(GetCurrentProcessId()),
+                                          open + kInteraction, open + kLauncher};
+    EXPECT_EQ(expected, Asked());
+    const size_t handles = CountHandles();
+    const ImportPatch nameless(module, "K32EnumProcesses", AddressOf(Fail));
+    expected[1] = L"ID 0";
+    EXPECT_EQ(expected, Asked());
+    EXPECT_EQ(handles, CountHandles());
     const ImportPatch memory(module, "malloc", AddressOf(RefuseOnce));
-    g_asked.clear();
     g_refused = false;
-    Start();
-    EXPECT_TRUE(g_refused && g_asked.empty()) << "the document is printed all the same";
+    EXPECT_TRUE(Asked().empty()) << "the document is printed all the same";
+    EXPECT_TRUE(g_refused);
 }
 
-TEST_F(StartOfDocument, TakesBeginningsOfYesForAYes) {
-    const struct {
-        const wchar_t* option;
-        bool launches;
-    } cases[] = {{L"YES", true}, {L"yes", true}, {L"Ye", true},    {L"y", true},  {L"", true},
-                 {L"NO", false}, {L"n", false},  {L"YESS", false}, {L"0", false}, {L" YES", false}};
-    for (const auto& [option, launches] : cases) {
-        SetOption(option);
-        EXPECT_EQ(launches ? "1 1" : "1 0", Start()) << testing::PrintToString(option);
-        EndCompanions();
-    }
-    // A missing option is created empty, which is a yes from the next document on.
-    RegDeleteKeyW(HKEY_CURRENT_USER, kSettingsKey);
-    EXPECT_EQ("1 0", Start());
-    EXPECT_TRUE(ReadValue(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView"));
-    EXPECT_EQ("1 1", Start());
-}
-
-WINBOOL WINAPI TellVersion5(OSVERSIONINFOW* version) {
-    version->dwMajorVersion = 5;
-    return TRUE;
-}
-
-TEST_F(StartOfDocument, GoesOnWithWhatTheMachineHas) {
+TEST_F(AskedAtStart, GoesOnWithWhatTheMachineHas) {
+    const std::vector<std::wstring> none, one = {open + kInteraction},
+                                          both = {open + kInteraction, open + kLauncher};
     const struct {
         const char* what;
-        const char* running;
+        const std::vector<std::wstring>& expected;
         std::function<void()> prepare;
     } cases[] = {
-        {"a queue that is not spooled", "0 0",
-         [] { SetQueue(PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_DIRECT); }},
-        {"no queue", "0 0", [] { RegDeleteKeyW(HKEY_LOCAL_MACHINE, kQueueKey); }},
-        {"no viewer's location", "1 0", [] { RegDeleteKeyW(HKEY_LOCAL_MACHINE, kViewerKey); }},
-        {"no viewer there", "1 0", [] { SetViewer(L"C:\\windows\\"); }},
-        {"no closing backslash", "1 0", [&] { SetViewer(folder.Path()); }},
-        {"a help path as long as is read", "1 1", [&] { SetHelpPath(FolderOf(129)); }},
-        {"one character more", "0 0", [&] { SetHelpPath(FolderOf(130)); }},
-        {"far longer than any buffer", "0 0", [&] { SetHelpPath(FolderOf(2000)); }},
-        {"the folder alone", "1 1", [&] { SetHelpPath(folder.File(L"")); }},
-        {"an empty path", "0 0", [] { SetHelpPath(L""); }},
-        {"not terminated, and half a character at the end", "1 1",
+        {"a user who wants the viewer", both, [] {}},
+        {"the beginning of a yes", both, [] { SetOption(L"y"); }},
+        {"more than a yes", one, [] { SetOption(L"YESS"); }},
+        {"a direct queue", none, [] { SetQueue(PRINTER_ATTRIBUTE_LOCAL | PRINTER_ATTRIBUTE_DIRECT); }},
+        {"no viewer's location", one, [] { RegDeleteKeyW(HKEY_LOCAL_MACHINE, kViewerKey); }},
+        {"no closing backslash", one, [&] { SetViewer(folder.Path()); }},
+        {"a help path as long as is read", both, [&] { SetHelpPath(PathOf(129)); }},
+        {"one character more", none, [&] { SetHelpPath(PathOf(130)); }},
+        {"an empty path", none, [] { SetHelpPath(L""); }},
+        {"not terminated, and half a character at the end", both,
          [&] {
-             WriteValue(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", REG_BINARY, FolderOf(129).data(),
+             WriteValue(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", REG_BINARY, PathOf(129).data(),
                         259);
          }},
+        {"no option", one, [] { RegDeleteKeyW(HKEY_CURRENT_USER, kSettingsKey); }},
     };
-    for (const auto& [what, running, prepare] : cases) {
+    for (const auto& [what, expected, prepare] : cases) {
         Reset();
         prepare();
-        EXPECT_EQ(running, Start()) << what;
-        EXPECT_EQ(GetCurrentProcessId(), Stored(L"ID"));
-        EndCompanions();
+        EXPECT_EQ(expected, Asked()) << what;
     }
-    Reset();
-    for (const size_t length : {130u, 129u}) {
-        const std::wstring longFolder = FolderOf(length - 1);
-        CreateDirectoryW(longFolder.c_str(), nullptr);
-        WriteFileText(longFolder + L"\\" + kViewer, "There it is.");
-        SetViewer(longFolder + L"\\");
-        EXPECT_EQ(length == 129 ? "1 1" : "1 0", Start()) << "129 characters are read";
-    }
-    EndCompanions();
-    {
-        const ImportPatch version(dll.Module(), "GetVersionExW", AddressOf(TellVersion5));
-        EXPECT_EQ("0 0", Start()) << "before major version 6";
-    }
-    {
-        const SystemFolder withoutShell(dll.Module(), {{L"shell32.dll", folder.File(L"none.dll")}});
-        EXPECT_EQ("0 0", Start()) << "without the shell";
-    }
-    DeleteFileW(folder.File(kInteraction).c_str());
-    const MessageBoxes boxes;
-    EXPECT_EQ("0 1", Start());
-    EXPECT_EQ(1u, boxes.Count()) << "the shell's own message";
-    EndCompanions();
-
-    wchar_t before[MAX_PATH] = {};
-    GetCurrentDirectoryW(MAX_PATH, before);
-    SetCurrentDirectoryW(folder.Path().c_str());
-    SetHelpPath(kBare);
-    SetOption(L"NO");
-    EXPECT_EQ("0 0", Start());
-    EXPECT_EQ(1u, CountProcesses(kBare)) << "a path without a folder, as it stands";
-    SetCurrentDirectoryW(before);
-}
-
-TEST_F(StartOfDocument, GoesOnWithoutSettings) {
-    ScratchRegistry::RefuseUserKeys();  // neither value is stored and the option cannot be read
-    EXPECT_EQ("1 0", Start());
-    EXPECT_FALSE(KeyExists(HKEY_CURRENT_USER, kSettingsKey));
-}
-
-TEST_F(StartOfDocument, NamesTheProcessUnlessItPrintsForAnother) {
-    RegDeleteKeyW(HKEY_LOCAL_MACHINE, kViewerKey);
-    folder.Take(L"KZPWriterUI.dll");
-    const struct {
-        const wchar_t* process;
-        bool isApplication;
-    } cases[] = {{L"drawing.exe", true},
-                 {L"spoolsv.exe", false},
-                 {L"SplWoW64.EXE", false},
-                 {L"myspoolsv.exe", true},
-                 {L"splwow64.exe.exe", true}};
-    for (const auto& [name, isApplication] : cases) {
-        const std::wstring program = folder.Take(L"printingapp.exe", name);
-        std::wstring command = L"\"" + program + L"\" \"" + registry.Path() + L"\"";
-        STARTUPINFOW startup = {};
-        startup.cb = sizeof startup;
-        PROCESS_INFORMATION started = {};
-        EXPECT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                                   &startup, &started));
-        const UniqueKernelHandle process(started.hProcess), thread(started.hThread);
-        EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(process.Get(), 20000));
-        DWORD status = ~0u;
-        GetExitCodeProcess(process.Get(), &status);
-        EXPECT_EQ(0u, status);
-        EXPECT_EQ(isApplication ? started.dwProcessId : 0u, Stored(L"ID")) << testing::PrintToString(name);
-        EXPECT_EQ(1u, CountProcesses(kInteraction)) << "whoever prints, the companion asks";
-    }
-}
-
-TEST_F(StartOfDocument, LeaksNoHandle) {
-    const auto lifeOfCompanions = [&] {
-        Start();
-        EndCompanions();
-    };
-    lifeOfCompanions();  // the shell keeps some for itself at its first start
-    const size_t before = CountHandles();
-    for (int i = 0; i < 5; ++i)
-        lifeOfCompanions();
-    for (int i = 0; i < 100; ++i)
-        Start();
-    EXPECT_EQ(before, CountHandles());
+    EXPECT_EQ(both, Asked()) << "a missing option is created empty, which is a yes from then on";
+    SetHelpPath(L"alone.exe");
+    const std::vector<std::wstring> asItStands(2, L"open alone.exe");
+    EXPECT_EQ(asItStands, Asked()) << "a path without a folder";
 }
 
 }  // namespace
