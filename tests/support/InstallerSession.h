@@ -1,4 +1,4 @@
-// A real installer handle without an installation: a small package, opened in this process.
+// A real installer handle without an installation: the package, opened in this process.
 #pragma once
 
 #include <windows.h>
@@ -6,8 +6,6 @@
 #include <msi.h>
 
 #include <string>
-
-#include "tests/support/Files.h"
 
 namespace kzp::test {
 
@@ -24,7 +22,6 @@ class InstallerSession {
     void SetActionData(const std::wstring& text) const;
 
   private:
-    TemporaryFolder m_folder;
     MSIHANDLE m_package = 0;
 };
 
