@@ -13,38 +13,15 @@
 
 #include "tests/installer/MachineState.h"
 #include "tests/support/Files.h"
-#include "tests/support/Guarded.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/InstallerSession.h"
 #include "tests/support/PlugInDll.h"
-#include "tests/support/ScratchRegistry.h"
 #include "tests/support/SystemFolder.h"
 #include "tools/standins/spooler/SpoolerControl.h"
 
 namespace kzp::test {
 
-class ActionTest : public testing::Test {
-  protected:
-    ActionTest();
-    ~ActionTest() override;
-
-    // The exported action's answer.
-    UINT Run(const char* action) const;
-
-    // The log since it was last asked for; of what is told to the user, or all.
-    static Lines Log();
-    static Lines Told();
-
-    // What the log holds of the box with this text of the delivered resource module.
-    static std::wstring Box(UINT textId);
-
-    ScratchRegistry m_registry;
-    TemporaryFolder m_folder;
-    InstallerSession m_session;
-    PlugInDll m_plugIn;
-    SystemFolder m_system{m_plugIn.Module(), SystemFolder::StandIns()};
-    std::list<ImportPatch> m_patches;
-};
+using standins::spooler::Note;
 
 // How the service manager answers in the next action.
 struct ServiceFake {
@@ -57,6 +34,111 @@ struct ServiceFake {
 };
 inline ServiceFake g_service;
 
-inline const std::wstring kRestarted = L"log INFO: Printer Spooler service is restarted";
+// Never handed to the platform.
+inline const auto kManager = reinterpret_cast<SC_HANDLE>(0x4D61);
+inline const auto kService = reinterpret_cast<SC_HANDLE>(0x5365);
+
+inline std::wstring Opening(const std::wstring& what, DWORD access = SC_MANAGER_ALL_ACCESS) {
+    return L"open " + what + (access == SC_MANAGER_ALL_ACCESS ? L" for everything" : L" for less");
+}
+
+inline SC_HANDLE WINAPI OpenManager(LPCWSTR, LPCWSTR, DWORD access) {
+    Note(Opening(L"manager", access));
+    return g_service.managerMissing ? nullptr : kManager;
+}
+
+inline SC_HANDLE WINAPI OpenByName(SC_HANDLE, LPCWSTR name, DWORD access) {
+    Note(Opening(name, access));
+    return g_service.serviceMissing ? nullptr : kService;
+}
+
+inline BOOL WINAPI Control(SC_HANDLE service, DWORD control, LPSERVICE_STATUS) {
+    Note(service == kService && control == SERVICE_CONTROL_STOP ? L"stop" : L"control");
+    return FALSE;  // nobody is to mind
+}
+
+inline BOOL WINAPI Start(SC_HANDLE service, DWORD, LPCWSTR*) {
+    Note(service == kService ? L"start" : L"start another");
+    return FALSE;  // nor here
+}
+
+inline BOOL WINAPI Query(SC_HANDLE, SC_STATUS_TYPE, LPBYTE buffer, DWORD bytes, LPDWORD needed) {
+    *needed = sizeof(SERVICE_STATUS_PROCESS);
+    if (bytes < *needed)
+        return FALSE;
+    Note(L"look");
+    auto& looks = g_service.looks;
+    const int look = looks.front();
+    if (looks.size() > 1)
+        looks.erase(looks.begin());
+    reinterpret_cast<SERVICE_STATUS_PROCESS*>(buffer)->dwCurrentState = static_cast<DWORD>(look);
+    SetLastError(static_cast<DWORD>(-look));
+    return look > 0;
+}
+
+inline BOOL WINAPI Close(SC_HANDLE handle) {
+    Note(handle == kManager ? L"close manager" : L"close service");
+    return TRUE;
+}
+
+inline int WINAPI Show(HWND owner, LPCWSTR text, LPCWSTR caption, UINT style) {
+    EXPECT_EQ(nullptr, owner);
+    EXPECT_EQ(static_cast<UINT>(MB_OK), style) << "and no icon";
+    Note(L"show " + std::wstring(caption) + L": " + text);
+    return IDOK;
+}
+
+inline LSTATUS WINAPI Store(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data,
+                            DWORD bytes) {
+    Note(L"store " + std::wstring(name));
+    return RegSetValueExW(key, name, reserved, type, data, bytes);
+}
+
+inline void WINAPI Wait(DWORD milliseconds) {
+    Note(L"wait " + std::to_wstring(milliseconds));
+}
+
+inline const struct {
+    const char* function;
+    void* fake;
+} kFakes[] = {{"OpenSCManagerW", AddressOf(OpenManager)},
+              {"OpenServiceW", AddressOf(OpenByName)},
+              {"ControlService", AddressOf(Control)},
+              {"StartServiceW", AddressOf(Start)},
+              {"QueryServiceStatusEx", AddressOf(Query)},
+              {"CloseServiceHandle", AddressOf(Close)},
+              {"Sleep", AddressOf(Wait)},
+              {"MessageBoxW", AddressOf(Show)},
+              {"RegSetValueExW", AddressOf(Store)}};
+
+struct ActionTest : testing::Test {
+    ActionTest() {
+        EXPECT_TRUE(standins::spooler::IsInPlace());
+        for (const auto& [function, fake] : kFakes)
+            m_patches.emplace_back(m_plugIn.Module(), function, fake);
+        g_service = {};
+        m_session.SetActionData(m_inf + L";C:\\Other");
+        standins::spooler::StartLog();
+    }
+
+    // The exported action's answer.
+    UINT Run(const char* action) const {
+        return m_plugIn.Export<UINT(WINAPI*)(MSIHANDLE)>(action)(m_session.Handle());
+    }
+
+    // All that happened since it was last asked.
+    static Lines Log() {
+        Lines log = standins::spooler::ReadLog();
+        standins::spooler::StartLog();
+        return log;
+    }
+
+    const std::wstring m_inf = BesideExe(L"installer.md");  // any file will do
+    ScratchRegistry m_registry;
+    InstallerSession m_session;
+    PlugInDll m_plugIn;
+    SystemFolder m_system{m_plugIn.Module(), SystemFolder::StandIns()};
+    std::list<ImportPatch> m_patches;
+};
 
 }  // namespace kzp::test
