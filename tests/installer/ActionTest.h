@@ -9,6 +9,7 @@
 
 #include <list>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/installer/MachineState.h"
@@ -25,8 +26,7 @@ using standins::spooler::Note;
 
 // How the service manager answers in the next action.
 struct ServiceFake {
-    bool managerMissing = false;
-    bool serviceMissing = false;
+    bool missing = false;
 
     // What the looks at the service bring, one after the other: a state when positive, else the negative of
     // an error code. The last one repeats.
@@ -44,12 +44,12 @@ inline std::wstring Opening(const std::wstring& what, DWORD access = SC_MANAGER_
 
 inline SC_HANDLE WINAPI OpenManager(LPCWSTR, LPCWSTR, DWORD access) {
     Note(Opening(L"manager", access));
-    return g_service.managerMissing ? nullptr : kManager;
+    return kManager;
 }
 
 inline SC_HANDLE WINAPI OpenByName(SC_HANDLE, LPCWSTR name, DWORD access) {
     Note(Opening(name, access));
-    return g_service.serviceMissing ? nullptr : kService;
+    return g_service.missing ? nullptr : kService;
 }
 
 inline BOOL WINAPI Control(SC_HANDLE service, DWORD control, LPSERVICE_STATUS) {
@@ -98,18 +98,15 @@ inline void WINAPI Wait(DWORD milliseconds) {
     Note(L"wait " + std::to_wstring(milliseconds));
 }
 
-inline const struct {
-    const char* function;
-    void* fake;
-} kFakes[] = {{"OpenSCManagerW", AddressOf(OpenManager)},
-              {"OpenServiceW", AddressOf(OpenByName)},
-              {"ControlService", AddressOf(Control)},
-              {"StartServiceW", AddressOf(Start)},
-              {"QueryServiceStatusEx", AddressOf(Query)},
-              {"CloseServiceHandle", AddressOf(Close)},
-              {"Sleep", AddressOf(Wait)},
-              {"MessageBoxW", AddressOf(Show)},
-              {"RegSetValueExW", AddressOf(Store)}};
+inline const std::pair<const char*, void*> kFakes[] = {{"OpenSCManagerW", AddressOf(OpenManager)},
+                                                       {"OpenServiceW", AddressOf(OpenByName)},
+                                                       {"ControlService", AddressOf(Control)},
+                                                       {"StartServiceW", AddressOf(Start)},
+                                                       {"QueryServiceStatusEx", AddressOf(Query)},
+                                                       {"CloseServiceHandle", AddressOf(Close)},
+                                                       {"Sleep", AddressOf(Wait)},
+                                                       {"MessageBoxW", AddressOf(Show)},
+                                                       {"RegSetValueExW", AddressOf(Store)}};
 
 struct ActionTest : testing::Test {
     ActionTest() {

@@ -27,15 +27,9 @@ const std::wstring kMonitorAdded = L"INFO: Sucessfully created Port Monitor in f
 const std::wstring kNoMonitor =
     L"ERROR: Failed to delete new monitor in function DeleteMonitor. The Error code is: 3000";
 
-std::wstring Folder(const wchar_t* variable) {
-    wchar_t path[MAX_PATH] = {};
-    GetEnvironmentVariableW(variable, path, MAX_PATH);
-    return path;
-}
-
-const std::wstring kSystemFolder = Folder(L"windir") + L"\\system32\\";
-
-const std::wstring kFolder = Folder(L"ProgramW6432") + L"\\Brimlake\\KZP Writer\\";
+const std::wstring kSystemFolder = _wgetenv(L"windir") + std::wstring(L"\\system32\\");
+const std::wstring kFolder = _wgetenv(L"ProgramW6432") + std::wstring(L"\\Brimlake\\KZP Writer\\");
+const std::wstring kLog = _wgetenv(L"TEMP") + std::wstring(L"\\kzpwriter-installer.log");
 const std::wstring kAllFiles[] = {kFolder + L"KZPWriterUI.dll",       kFolder + L"KZPWriterRes.dll",
                                   kFolder + L"kzpwriter.chm",         kFolder + L"Driver\\kzpwriter.inf",
                                   kFolder + L"Driver\\kzpwriter.chm", kSystemFolder + L"KZPPortMonitor.dll"};
@@ -50,27 +44,23 @@ Lines Products() {
     return products;
 }
 
-struct InstallerRun {
-    intptr_t exitCode;
-    // The actions' own in the log, from "INFO: " or "ERROR: " to the line's end.
-    std::vector<std::wstring> lines;
-};
+// Runs "msiexec <arguments> /qn"; answers its exit code.
+intptr_t RunInstaller(const std::wstring& arguments) {
+    return _wspawnl(_P_WAIT, (kSystemFolder + L"msiexec.exe").c_str(), L"msiexec",
+                    (arguments + L" /qn /l*v \"" + kLog + L"\"").c_str(), nullptr);
+}
 
-// Runs "msiexec <arguments> /qn".
-InstallerRun RunInstaller(const std::wstring& arguments) {
-    const TemporaryFolder folder;
-    const std::wstring log = folder.File(L"installer.log");
-    InstallerRun run = {};
-    run.exitCode = _wspawnl(_P_WAIT, (kSystemFolder + L"msiexec.exe").c_str(), L"msiexec",
-                            (arguments + L" /qn /l*v \"" + log + L"\"").c_str(), nullptr);
-    // The log is in the machine's code page; what is looked for is plain ASCII.
-    std::ifstream file{std::filesystem::path(log)};
-    for (std::string line; std::getline(file, line);) {
+// The actions' own in the log of the last run, from "INFO: " or "ERROR: " to the line's end. The log is in
+// the machine's code page; what is looked for is plain ASCII.
+Lines LogLines() {
+    Lines lines;
+    std::ifstream log{std::filesystem::path(kLog)};
+    for (std::string line; std::getline(log, line);) {
         const size_t start = std::min(line.find("INFO: "), line.find("ERROR: "));
         if (start != std::string::npos)
-            run.lines.emplace_back(line.begin() + static_cast<ptrdiff_t>(start), line.end());
+            lines.emplace_back(line.begin() + static_cast<ptrdiff_t>(start), line.end());
     }
-    return run;
+    return lines;
 }
 
 // What a run of the installer comes to.
@@ -90,15 +80,12 @@ void ExpectMachine(const Machine& machine, bool product) {
 
 void Expect(const std::wstring& arguments, const Outcome& outcome) {
     SCOPED_TRACE(testing::PrintToString(arguments));
-    const InstallerRun run = RunInstaller(arguments);
-    EXPECT_EQ(outcome.exitCode, run.exitCode);
-    EXPECT_EQ(outcome.lines, run.lines);
+    EXPECT_EQ(outcome.exitCode, RunInstaller(arguments));
+    EXPECT_EQ(outcome.lines, LogLines());
     ExpectMachine(outcome.machine, outcome.product);
 }
 
 const Outcome kInstalled = {.lines = {kRestarted, kMonitorAdded}};
-
-constexpr wchar_t kOverridesKey[] = L"Software\\Wine\\AppDefaults\\msiexec.exe\\DllOverrides";
 constexpr wchar_t kSaved[] = L".platform";
 
 // A machine without the product before and after, with the stand-in spooler and printer set-up where the
@@ -112,8 +99,6 @@ struct Package : testing::Test {
                 MoveFileW(file.c_str(), (file + kSaved).c_str());
             EXPECT_TRUE(CopyFileW(BesideExe(name).c_str(), file.c_str(), FALSE)) << GetLastError();
         }
-        for (const wchar_t* const module : {L"winspool.drv", L"printui"})
-            WriteText(HKEY_CURRENT_USER, kOverridesKey, module, L"native,builtin");
         Clean();
     }
     ~Package() override {
@@ -122,7 +107,6 @@ struct Package : testing::Test {
             const std::wstring file = kSystemFolder + name;
             EXPECT_TRUE(MoveFileExW((file + kSaved).c_str(), file.c_str(), MOVEFILE_REPLACE_EXISTING));
         }
-        RegDeleteTreeW(HKEY_CURRENT_USER, kOverridesKey);
     }
 
     static void Clean() {
