@@ -4,7 +4,6 @@
 #include "tests/support/Guarded.h"
 #include "tests/support/HostedSheet.h"
 #include "tests/support/ScratchRegistry.h"
-#include "tools/driverhost/PrintCommand.h"
 #include "tools/driverhost/Script.h"
 
 namespace kzp::test {
@@ -22,14 +21,7 @@ TEST(Session, CallsAsTheContractSaysAndLeavesNothingToTouchBehind) {
         DocumentSession session(plugIn, NoPrinter());
         EXPECT_EQ(nullptr, before);
         EXPECT_NE(nullptr, GetModuleHandleW(L"KZPWriterUI.dll"));
-        session.PresentItems();
-        ASSERT_EQ(session.CommonUIPropCalls().size(), 2u);
-        for (const CommonUIPropCall& call : session.CommonUIPropCalls()) {
-            EXPECT_EQ(call.result, S_OK);
-            EXPECT_EQ(call.plugInItems, 0u);
-        }
-        for (const DevModeCall& call : session.DevMode().Calls())
-            EXPECT_EQ(call.result, S_OK);
+        EXPECT_EQ(session.PresentItems(), S_OK);
         const OEMCUIPPARAM& param = session.UIParam();
         EXPECT_EQ(reinterpret_cast<ULONG_PTR>(param.pOEMDM) % 2, 1u) << "at any address";
         shown = {&param, param.pDrvOptItems, param.pOEMDM};
@@ -60,20 +52,6 @@ TEST(Script, StopsAtTheFirstLineThatFails) {
     EXPECT_EQ(host.sheet.Applied(), 0);
     for (const wchar_t* const wrong : {L"clik 3", L"type", L"ok ok", L"type 1 \"x"})
         EXPECT_THROW(Script::Check(wrong), HostError) << Utf8(wrong);
-}
-
-TEST(Printing, TellsOnlyTheEventsThatWereAskedFor) {
-    const ScratchRegistry registry;
-    const PrintOutcome outcome =
-        PrintDocument(PlugIn(BesideProgram(L"KZPWriterUI.dll")), nullptr, L"A document");
-    std::vector<INT> told;
-    for (const DocumentEventCall& call : outcome.calls) {
-        told.push_back(call.event);
-        EXPECT_EQ(call.result, S_OK);
-        EXPECT_EQ(call.answer, 1);
-    }
-    EXPECT_EQ(told, (std::vector<INT>{14, 1, 5, 13, 12}));
-    EXPECT_EQ(nullptr, GetModuleHandleW(L"KZPWriterUI.dll")) << "each time let go";
 }
 
 TEST(PrinterProperties, ShowNoPagesOfOursBesideADocument) {

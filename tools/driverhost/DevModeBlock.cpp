@@ -100,7 +100,7 @@ void DevModeBlock::Call(DWORD mode, void* in) {
     m_param.pOEMDMIn = in;
     m_param.pOEMDMOut = PlugInPart();
     m_param.cbBufSize = m_plugInBytes;
-    m_calls.push_back({mode, m_plugIn->DevMode(mode, &m_param)});
+    (void)m_plugIn->DevMode(mode, &m_param);
 }
 
 BYTE* DevModeBlock::PlugInPart() {

@@ -11,12 +11,6 @@
 
 namespace driverhost {
 
-// What the plug-in answered to one of the four operations.
-struct DevModeCall {
-    DWORD mode;  // OEMDM_*
-    HRESULT result;
-};
-
 class DevModeBlock {
   public:
     // OEMDM_SIZE, for no printer. HostError when the plug-in refuses it, as the driver then has no sheet.
@@ -32,7 +26,6 @@ class DevModeBlock {
     BYTE* PlugInPart();
     DWORD PlugInBytes() const { return m_plugInBytes; }
     std::vector<BYTE> Bytes() const { return {m_bytes.begin(), m_bytes.end()}; }
-    const std::vector<DevModeCall>& Calls() const { return m_calls; }
 
     // The selections kept in the driver's part go to the tree when a sheet opens, and come back on Apply; the
     // public fields follow them.
@@ -48,7 +41,6 @@ class DevModeBlock {
     OEMDMPARAM m_param = {};
     DWORD m_plugInBytes;
     SessionVector<BYTE> m_bytes;
-    std::vector<DevModeCall> m_calls;
 };
 
 // The printer's device mode: the user's own, else the printer's. Empty when the printer has none.

@@ -79,19 +79,18 @@ DocumentSession::~DocumentSession() {
     m_helper.Retire();
 }
 
-void DocumentSession::PresentItems() {
+HRESULT DocumentSession::PresentItems() {
     UIParam().pDrvOptItems = m_tree.Items();
     UIParam().cDrvOptItems = m_tree.Count();
     CallCommonUIProp(nullptr, 0);
-    CallCommonUIProp(m_plugInTree.Items(), m_plugInTree.Count());
+    return CallCommonUIProp(m_plugInTree.Items(), m_plugInTree.Count());
 }
 
-void DocumentSession::CallCommonUIProp(POPTITEM plugInItems, DWORD count) {
+HRESULT DocumentSession::CallCommonUIProp(POPTITEM plugInItems, DWORD count) {
     OEMCUIPPARAM& ui = UIParam();
     ui.pOEMOptItems = plugInItems;
     ui.cOEMOptItems = count;
-    const HRESULT result = m_object->CommonUIProp(m_mode, &ui);
-    m_calls.push_back({result, ui.cOEMOptItems});
+    return m_object->CommonUIProp(m_mode, &ui);
 }
 
 LONG DocumentSession::TellCallback(WORD reason, HWND page) {

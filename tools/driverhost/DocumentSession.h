@@ -27,12 +27,6 @@ struct SessionOptions {
     std::optional<DWORD> firstItems = {};     // keep only so many driver items
 };
 
-// What the plug-in answered to one CommonUIProp call.
-struct CommonUIPropCall {
-    HRESULT result;
-    DWORD plugInItems;  // cOEMOptItems after the call
-};
-
 class DocumentSession {
   public:
     // Creates the object, publishes the helper and runs the DevMode operations. HostError when the printer
@@ -42,8 +36,9 @@ class DocumentSession {
     DocumentSession(const DocumentSession&) = delete;
     DocumentSession& operator=(const DocumentSession&) = delete;
 
-    // CommonUIProp: first without the plug-in's items, which asks for their number, then with them.
-    void PresentItems();
+    // CommonUIProp: first without the plug-in's items, which asks for their number, then with them. Answers
+    // what the plug-in said last.
+    HRESULT PresentItems();
 
     // Tells the plug-in's callback about an event of the driver's page; CPSUICB_ACTION_NONE without a
     // callback.
@@ -62,7 +57,6 @@ class DocumentSession {
     DWORD Mode() const { return m_mode; }
     OEMCUIPPARAM& UIParam() { return m_shown[0].ui; }
     OEMUIPSPARAM& SheetParam() { return m_shown[0].sheet; }
-    const std::vector<CommonUIPropCall>& CommonUIPropCalls() const { return m_calls; }
 
   private:
     struct HeapTraits {
@@ -78,7 +72,7 @@ class DocumentSession {
         COMPROPSHEETUI page;
         wchar_t printerName[256];
     };
-    void CallCommonUIProp(POPTITEM plugInItems, DWORD count);
+    HRESULT CallCommonUIProp(POPTITEM plugInItems, DWORD count);
     void FillShown(HMODULE plugIn);
 
     DWORD m_mode;
@@ -91,7 +85,6 @@ class DocumentSession {
     SessionVector<Shown> m_shown{1};
     ComRef<IPrintOemUI2> m_object;
     std::unique_ptr<DevModeBlock> m_devMode;
-    std::vector<CommonUIPropCall> m_calls;
 };
 
 }  // namespace driverhost
