@@ -17,12 +17,13 @@ namespace kzp::test {
 
 using Names = std::vector<std::wstring>;
 
-inline constexpr size_t kIntentItem = 5, kMethodItem = 6, kFontsItem = 9;
-inline constexpr int kChoices[] = {IDC_FONTS_ALL, IDC_FONTS_NONE, IDC_FONTS_SELECT};
+inline constexpr int kIntentItem = 5, kMethodItem = 6, kFontsItem = 9;
 
 inline Names g_installed;  // what the enumeration hands out, call by call
+inline HDC g_device;       // that was asked for it
 
-inline int WINAPI EnumerateInstalled(HDC, LPCWSTR, FONTENUMPROCW report, LPARAM param) {
+inline int WINAPI EnumerateInstalled(HDC device, LPCWSTR, FONTENUMPROCW report, LPARAM param) {
+    g_device = device;
     for (const std::wstring& family : g_installed) {
         LOGFONTW font = {};
         family.copy(font.lfFaceName, LF_FACESIZE - 1);
@@ -45,25 +46,17 @@ class FontsDialog : public SheetTest {
     // The dialog anew, on these selections of its items.
     void Open(LONG fonts = 0, LONG intent = 0, LONG method = 0) {
         DestroyWindow(FindDialog());
-        OPTITEM* const items = host.session.Tree().Items();
-        items[kFontsItem].Sel = fonts;
-        items[kIntentItem].Sel = intent;
-        items[kMethodItem].Sel = method;
+        ItemSelection(kFontsItem) = fonts;
+        ItemSelection(kIntentItem) = intent;
+        ItemSelection(kMethodItem) = method;
         Said().clear();
         TakeApply();
         const HANDLE heap = host.session.UIParam().hOEMHeap;
         const size_t blocks = CountHeapBlocks(heap);
         host.session.TellCallback(CPSUICB_REASON_SETACTIVE, Page());
         EXPECT_EQ(blocks, CountHeapBlocks(heap)) << "texts are given back";
+        EXPECT_EQ(nullptr, WindowFromDC(g_device)) << "the device context, too";
         dialog = FindDialog();
-    }
-    void Commit() {
-        EnableWindow(Apply(), TRUE);
-        user.Apply();
-    }
-
-    static void StoreBytes(const std::vector<BYTE>& bytes) {
-        WriteValue(HKEY_CURRENT_USER, kSettingsKey, L"FONTLIST", REG_BINARY, bytes.data(), bytes.size());
     }
     static std::vector<BYTE> Records(const Names& names) {
         std::vector<BYTE> bytes(names.size() * 64);
@@ -71,45 +64,35 @@ class FontsDialog : public SheetTest {
             std::memcpy(&bytes[64 * record], names[record].data(), 2 * names[record].size());
         return bytes;
     }
-    static void Store(const Names& names) { StoreBytes(Records(names)); }
-    static void ExpectStored(const Names& names) { EXPECT_EQ(Records(names), Setting(L"FONTLIST")->bytes); }
+    static void Store(const std::vector<BYTE>& bytes) {
+        WriteValue(HKEY_CURRENT_USER, kSettingsKey, L"FONTLIST", REG_BINARY, bytes.data(), bytes.size());
+    }
+    void ExpectCommitted(const Names& names) {
+        host.session.TellCallback(CPSUICB_REASON_APPLYNOW, Page());
+        EXPECT_EQ(Records(names), Setting(L"FONTLIST")->bytes);
+    }
 
-    HWND FindDialog() const { return FindWindowExW(Page(), nullptr, L"#32770", nullptr); }
+    std::wstring Text(int id) const { return host.plugIn.ResourceText(static_cast<UINT>(id)); }
     HWND Page() const { return host.sheet.PageWindow(0); }
-    HWND Apply() const { return GetDlgItem(host.sheet.Window(), IDC_SHEET_APPLY); }
+    HWND FindDialog() const { return FindWindowExW(Page(), nullptr, L"#32770", nullptr); }
     HWND Control(int id) const { return GetDlgItem(dialog, id); }
     void Tell(int id, WORD code) const { SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, code), 0); }
-    LRESULT Selection(int combo) const { return SendMessageW(Control(combo), CB_GETCURSEL, 0, 0); }
-    // As from the keyboard: with its notification.
+    // As from the keyboard: with its notification. The list is hidden.
     void Choose(int combo, int index) const {
         SendMessageW(Control(combo), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
         Tell(combo, CBN_SELCHANGE);
     }
-    Names Listed(bool checkedOnly = false) const {
-        const HWND list = Control(IDC_FONT_LIST);
-        Names names;
-        for (int index = 0; index < ListView_GetItemCount(list); ++index) {
-            wchar_t name[64] = {};
-            ListView_GetItemText(list, index, 0, name, 64);
-            if (!checkedOnly || ListView_GetCheckState(list, static_cast<UINT>(index)) == 1)
-                names.emplace_back(name);
-        }
-        return names;
-    }
-    // 1 unchecked, 2 checked, 0 none.
-    void SetImage(int index, UINT image) const {
-        ListView_SetItemState(Control(IDC_FONT_LIST), index, INDEXTOSTATEIMAGEMASK(image),
-                              LVIS_STATEIMAGEMASK);
-    }
     void ExpectChoice(int chosen) const {
-        for (const int choice : kChoices)
+        for (const int choice : {IDC_FONTS_ALL, IDC_FONTS_NONE, IDC_FONTS_SELECT})
             EXPECT_EQ(choice == chosen, user.Checked(choice)) << choice;
         EXPECT_EQ(chosen == IDC_FONTS_SELECT, user.Enabled(IDC_FONT_LIST));
     }
 
     // Whether Apply was enabled since this was asked last.
-    bool TakeApply() const { return EnableWindow(Apply(), FALSE) == 0; }
-    LONG ItemSelection(size_t position) { return host.session.Tree().All().at(position).Sel; }
+    bool TakeApply() const {
+        return EnableWindow(GetDlgItem(host.sheet.Window(), IDC_SHEET_APPLY), FALSE) == 0;
+    }
+    LONG& ItemSelection(int position) { return host.session.Tree().Items()[position].Sel; }
     std::vector<driverhost::Announcement>& Said() { return host.session.Helper().Announcements(); }
 
     HostedSheet host;
