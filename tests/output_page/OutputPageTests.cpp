@@ -208,6 +208,7 @@ struct Folders : OutputPage {
             EXPECT_FALSE(EnablesApply(user, [&] { user.Click(IDC_BROWSE); })) << "browsing alone does not";
         };
     }
+
     Names all;
 };
 

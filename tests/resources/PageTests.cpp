@@ -1,10 +1,6 @@
 // The pages in a real sheet, in every language and at the usual resolutions: each control says what it
 // should, in English and in German, behind the label that names it, nothing is clipped or overlaps, no
 // mnemonic is given twice.
-#include <windows.h>
-
-#include <prsht.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <cwctype>
@@ -71,13 +67,11 @@ RECT PlaceOf(HWND window) {
 bool HasRoom(HWND control, std::wstring text, const RECT& place) {
     std::erase(text, L'&');
     const HDC dc = GetDC(control);
-    const auto font = reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0));
-    const HGDIOBJ before = SelectObject(dc, font);
+    SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
     SIZE size = {};
     GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
     const bool button = SendMessageW(control, WM_GETDLGCODE, 0, 0) & DLGC_BUTTON;
     const int mark = button ? 18 * GetDeviceCaps(dc, LOGPIXELSX) / 96 : 0;
-    SelectObject(dc, before);
     ReleaseDC(control, dc);
     return size.cx * 21 / 20 + mark <= place.right - place.left && size.cy <= place.bottom - place.top;
 }
