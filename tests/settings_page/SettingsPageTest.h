@@ -1,6 +1,7 @@
 // The settings page in a real sheet: a printer of the test's own, and what the driver offers.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <string>
 #include <utility>
@@ -21,7 +22,8 @@ class SettingsPageTest : public SheetTest {
     driverhost::DriverTree tree = driverhost::DriverTree::Standard(L"");
     driverhost::SessionOptions options;
     driverhost::SheetOptions shape;
-    float margins[4] = {12.7f, 25.4f, 6.35f, 0};  // of the private record: left, top, right, bottom
+    std::array<float, 4> margins = {12.7f, 25.4f, 6.35f,
+                                    0};  // of the private record: left, top, right, bottom
     std::function<void()> beforeShow;
 
     void ChooseCustomPaper() { tree.Find("PaperSize")->Sel = 7; }
@@ -31,8 +33,8 @@ class SettingsPageTest : public SheetTest {
     void Open(const std::vector<driverhost::SheetStep>& steps) {
         options.features = std::move(tree);
         host.emplace(std::move(options), shape);
-        std::memcpy(host->session.DevMode().PlugInPart() + offsetof(KZPPrivateDevMode, fMargins), margins,
-                    sizeof margins);
+        std::memcpy(host->session.DevMode().PlugInPart() + offsetof(KZPPrivateDevMode, fMargins),
+                    margins.data(), sizeof margins);
         if (beforeShow)
             beforeShow();
         for (const auto& step : steps)
