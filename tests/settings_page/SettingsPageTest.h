@@ -24,7 +24,7 @@ class SettingsPageTest : public SheetTest {
     driverhost::SheetOptions shape;
     std::array<float, 4> margins = {12.7f, 25.4f, 6.35f,
                                     0};  // of the private record: left, top, right, bottom
-    std::function<void()> beforeShow;
+    std::function<void()> beforeShow = [] {};
 
     void ChooseCustomPaper() { tree.Find("PaperSize")->Sel = 7; }
 
@@ -35,8 +35,7 @@ class SettingsPageTest : public SheetTest {
         host.emplace(std::move(options), shape);
         std::memcpy(host->session.DevMode().PlugInPart() + offsetof(KZPPrivateDevMode, fMargins),
                     margins.data(), sizeof margins);
-        if (beforeShow)
-            beforeShow();
+        beforeShow();
         for (const auto& step : steps)
             host->run.Add(step);
         host->run.Show();

@@ -14,7 +14,8 @@ namespace {
 using Values = float[kMargins];
 
 TEST(Sizes, HaveLimitsInTheirUnitAndMarginsMustLeaveSomeOfThePaper) {
-    constexpr bool kCustom = true, kStandard = false;  // the standard form's size is in inches
+    constexpr bool kCustom = true;
+    constexpr bool kStandard = false;  // its size is in inches
     const struct {
         bool valid, custom;
         DWORD unit;
