@@ -51,10 +51,9 @@ class FontsDialog : public SheetTest {
         ItemSelection(kMethodItem) = method;
         Said().clear();
         TakeApply();
-        const HANDLE heap = host.session.UIParam().hOEMHeap;
-        const size_t blocks = CountHeapBlocks(heap);
+        const size_t blocks = CountHeapBlocks(host.session.UIParam().hOEMHeap);
         host.session.TellCallback(CPSUICB_REASON_SETACTIVE, Page());
-        EXPECT_EQ(blocks, CountHeapBlocks(heap)) << "texts are given back";
+        EXPECT_EQ(blocks, CountHeapBlocks(host.session.UIParam().hOEMHeap)) << "texts are given back";
         EXPECT_EQ(nullptr, WindowFromDC(g_device)) << "the device context, too";
         dialog = FindDialog();
     }

@@ -10,8 +10,7 @@ using driverhost::SheetUser;
 
 // From the tabs once around the sheet.
 driverhost::SheetStep ExpectStops(std::vector<int> controls) {
-    constexpr int kTabControl = 12320;
-    controls.insert(controls.end(), {IDOK, IDCANCEL, IDC_SHEET_APPLY, kTabControl});
+    controls.insert(controls.end(), {IDOK, IDCANCEL, IDC_SHEET_APPLY, 12320});  // the tabs
     return [controls](SheetUser& user) {
         std::vector<int> stops;
         HWND stop = user.Sheet().Tabs();

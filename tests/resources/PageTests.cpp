@@ -92,8 +92,7 @@ std::wstring Read(HWND page, HWND apply) {
         SCOPED_TRACE(testing::Message() << GetDlgCtrlID(control) << ' ' << Utf8(text));
         const RECT place = PlaceOf(control);
         EXPECT_TRUE(HasRoom(control, text, place)) << "is clipped";
-        EXPECT_TRUE(IntersectRect(&common, &place, &whole) && EqualRect(&common, &place))
-            << "leaves the page";
+        EXPECT_TRUE(IntersectRect(&common, &place, &whole) && EqualRect(&common, &place)) << "leaves it";
         for (const RECT& other : taken)
             EXPECT_FALSE(IntersectRect(&common, &place, &other)) << "overlaps what stands before it";
         taken.push_back(place);
