@@ -166,7 +166,7 @@ TEST_F(Together, SheetsOfSeveralThreadsCommitTheirOwn) {
 }
 
 // "Printer properties" beside "Printing preferences", and blocks that are presented and never shown: freed
-// before and after the sheet opens, and while the user is in it.
+// before the sheet opens and while the user is in it.
 TEST_F(Together, BlocksThatNeverBecomeASheetAreLeftAlone) {
     constexpr DWORD kRefusedMode = 3;
     for (const DWORD mode : {DWORD{OEMCUIP_PRNPROP}, DWORD{OEMCUIP_DOCPROP}, kRefusedMode}) {
