@@ -11,7 +11,9 @@
 #include <fstream>
 #include <iterator>
 #include <regex>
+#include <stdexcept>
 
+#include "support/UniqueHandle.h"
 #include "tests/installer/MachineState.h"
 #include "tests/support/Files.h"
 #include "tests/support/ScratchRegistry.h"
@@ -44,10 +46,18 @@ Lines Products() {
     return products;
 }
 
-// Runs "msiexec <arguments> /qn"; answers its exit code.
-intptr_t RunInstaller(const std::wstring& arguments) {
-    return _wspawnl(_P_WAIT, (kSystemFolder + L"msiexec.exe").c_str(), L"msiexec",
-                    (arguments + L" /qn /l*v \"" + kLog + L"\"").c_str(), nullptr);
+// Runs "msiexec <arguments> /qn"; answers its exit code. A run that waits on a message box is ended, and
+// answers WAIT_TIMEOUT.
+DWORD RunInstaller(const std::wstring& arguments) {
+    const intptr_t started = _wspawnl(_P_NOWAIT, (kSystemFolder + L"msiexec.exe").c_str(), L"msiexec",
+                                      (arguments + L" /qn /l*v \"" + kLog + L"\"").c_str(), nullptr);
+    const UniqueKernelHandle process(reinterpret_cast<HANDLE>(started));
+    if (WaitForSingleObject(process.Get(), 30'000) != WAIT_OBJECT_0)
+        TerminateProcess(process.Get(), WAIT_TIMEOUT);
+    WaitForSingleObject(process.Get(), INFINITE);
+    DWORD exitCode = 0;
+    GetExitCodeProcess(process.Get(), &exitCode);
+    return exitCode;
 }
 
 // The actions' own in the log of the last run, from "INFO: " or "ERROR: " to the line's end. The log is in
@@ -68,7 +78,7 @@ struct Outcome {
     Lines lines = {};
     Machine machine = InstalledMachine();
     bool product = true;  // is installed, with all its files
-    intptr_t exitCode = ERROR_SUCCESS;
+    DWORD exitCode = ERROR_SUCCESS;
 };
 
 void ExpectMachine(const Machine& machine, bool product) {
@@ -80,7 +90,10 @@ void ExpectMachine(const Machine& machine, bool product) {
 
 void Expect(const std::wstring& arguments, const Outcome& outcome) {
     SCOPED_TRACE(testing::PrintToString(arguments));
-    EXPECT_EQ(outcome.exitCode, RunInstaller(arguments));
+    const DWORD exitCode = RunInstaller(arguments);
+    if (exitCode == WAIT_TIMEOUT)
+        throw std::runtime_error("msiexec hangs");  // which ends the test
+    EXPECT_EQ(outcome.exitCode, exitCode);
     EXPECT_EQ(outcome.lines, LogLines());
     ExpectMachine(outcome.machine, outcome.product);
 }
