@@ -56,6 +56,7 @@ TEST(ItemHelp, IsTheFileInTheDriversDirectoryOrNone) {
         {std::nullopt, 1},
         {cut + L"u.dll", 1, cut + L"kzpwriter.ch"},
         {full + L"u.dll", 1},
+        {Directory(261), 1, L"C:\\kzpwriter.chm"},  // its closing backslash is one character too far
     };
     wchar_t old[] = L"C:\\an old help file";
     for (const auto& [path, refusals, file] : cases) {
