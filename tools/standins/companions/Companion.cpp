@@ -1,11 +1,8 @@
-// Stands for any of the companion programs: shows a window or holds the signal mapping (or does neither), and
-// waits to be ended.
+// Stands for any of the companion programs: shows a window or does not, and waits to be ended.
 #include <windows.h>
 
-#include <optional>
 #include <string>
 
-#include "core/SignalMapping.h"
 #include "support/UniqueHandle.h"
 #include "tools/standins/companions/CompanionNames.h"
 
@@ -52,9 +49,6 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t*, int) {
     const kzp::UniqueKernelHandle ready(CreateEventW(nullptr, TRUE, FALSE, (kReadyEvent + name).c_str()));
 
     const std::wstring instruction = Instruction(path);
-    std::optional<kzp::SignalMapping> mapping;
-    if (instruction == kHoldsMapping && !mapping.emplace(true, true).IsValid())
-        return 1;
     if (instruction == kShowsWindow && !ShowMainWindow(name))
         return 1;
     SetEvent(ready.Get());

@@ -5,12 +5,11 @@ namespace kzp::standins {
 
 inline constexpr wchar_t kCompanionFile[] = L"companion.exe";  // copied under other names
 
-// What a companion does while it runs: the word "window", "mapping" or "nothing" in the file <its name>.ini
-// beside it; otherwise it shows a window.
+// What a companion does while it runs: the word "window" or "nothing" in the file <its name>.ini beside it;
+// otherwise it shows a window.
 inline constexpr wchar_t kInstructionSection[] = L"Companion";
 inline constexpr wchar_t kInstructionKey[] = L"Does";
 inline constexpr wchar_t kShowsWindow[] = L"window";
-inline constexpr wchar_t kHoldsMapping[] = L"mapping";
 inline constexpr wchar_t kDoesNothing[] = L"nothing";
 
 inline constexpr wchar_t kInstructionSuffix[] = L".ini";
