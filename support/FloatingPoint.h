@@ -8,7 +8,7 @@ namespace kzp {
 // flags that its own computations have raised.
 class PlainFloatingPoint {
   public:
-    PlainFloatingPoint() {
+    PlainFloatingPoint() {  // cppcheck-suppress uninitMemberVar ; the instructions write both
         asm volatile("fnstenv %0\n\tfldcw %2\n\tstmxcsr %1\n\tldmxcsr %3"
                      : "=m"(m_x87), "=m"(m_sse)
                      : "m"(kPlainX87), "m"(kPlainSse)

@@ -11,8 +11,8 @@
 #include "tests/support/EdgeBlock.h"
 #include "tests/support/Files.h"
 #include "tests/support/ImportPatch.h"
-#include "tests/support/PlugInDll.h"
 #include "tests/support/ScratchRegistry.h"
+#include "tools/driverhost/PlugIn.h"
 #include "tools/standins/companions/Companions.h"
 
 namespace kzp::test {
@@ -57,7 +57,7 @@ struct DevModeRecord : testing::Test {
     }
 
     ScratchRegistry registry;
-    PlugInDll dll;
+    driverhost::PlugIn dll;
     ImportPatch version{dll.Module(), "GetVersionExW", AddressOf(ReportVersion)};
     driverhost::ComRef<IPrintOemUI2> object = dll.CreateObject();
 };

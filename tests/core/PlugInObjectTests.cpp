@@ -10,8 +10,8 @@
 
 #include "tests/support/Counters.h"
 #include "tests/support/ImportPatch.h"
-#include "tests/support/PlugInDll.h"
 #include "tests/support/ScratchRegistry.h"
+#include "tools/driverhost/PlugIn.h"
 
 namespace kzp::test {
 namespace {
@@ -72,7 +72,7 @@ struct PlugInObject : testing::Test {
     }
 
     const ScratchRegistry registry;
-    const PlugInDll dll;
+    const driverhost::PlugIn dll;
     decltype(&DllGetClassObject) getClassObject =
         dll.Export<decltype(&DllGetClassObject)>("DllGetClassObject");
     decltype(&DllCanUnloadNow) canUnloadNow = dll.Export<decltype(&DllCanUnloadNow)>("DllCanUnloadNow");
@@ -195,7 +195,7 @@ TEST_F(PlugInObject, TakesTheHelperOncePerObjectAndForTheModule) {
         Helper helper;
         helper.refusedQuery = refusedQuery;
         helper.fault = fault;
-        IPrintOemUI2* const owner = dll.Create();
+        IPrintOemUI2* const owner = dll.CreateObject().Release();
         EXPECT_EQ(E_POINTER, owner->PublishDriverInterface(nullptr));
         EXPECT_EQ(result, owner->PublishDriverInterface(&helper));
         EXPECT_EQ(again, owner->PublishDriverInterface(&helper));

@@ -17,8 +17,8 @@
 #include "tests/support/Counters.h"
 #include "tests/support/Files.h"
 #include "tests/support/ImportPatch.h"
-#include "tests/support/PlugInDll.h"
 #include "tests/support/ScratchRegistry.h"
+#include "tools/driverhost/PlugIn.h"
 #include "tools/standins/companions/Companions.h"
 
 namespace kzp::test {
@@ -92,7 +92,7 @@ struct DocumentEvents : testing::Test {
 
     ScratchRegistry registry;
     TemporaryFolder folder;
-    PlugInDll dll;
+    driverhost::PlugIn dll;
     driverhost::ComRef<IPrintOemUI2> object = dll.CreateObject();
 };
 

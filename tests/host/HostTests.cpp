@@ -14,7 +14,7 @@ using namespace driverhost;
 // Every entry point has an object of its own, and the DLL may go in between: the session is the first to keep
 // it. What a session showed is inaccessible once it is over.
 TEST(Session, CallsAsTheContractSaysAndLeavesNothingToTouchBehind) {
-    const PlugIn plugIn(BesideProgram(L"KZPWriterUI.dll"));
+    const PlugIn plugIn;
     std::vector<const void*> shown;
     {
         const HMODULE before = GetModuleHandleW(L"KZPWriterUI.dll");

@@ -16,8 +16,8 @@
 #include "tests/support/Files.h"
 #include "tests/support/ImportPatch.h"
 #include "tests/support/InstallerSession.h"
-#include "tests/support/PlugInDll.h"
 #include "tests/support/SystemFolder.h"
+#include "tools/driverhost/PlugIn.h"
 #include "tools/standins/spooler/SpoolerControl.h"
 
 namespace kzp::test {
@@ -133,7 +133,7 @@ struct ActionTest : testing::Test {
     const std::wstring m_inf = BesideExe(L"installer.md");  // any file will do
     ScratchRegistry m_registry;
     InstallerSession m_session;
-    PlugInDll m_plugIn;
+    driverhost::PlugIn m_plugIn;
     SystemFolder m_system{m_plugIn.Module(), SystemFolder::StandIns()};
     std::list<ImportPatch> m_patches;
 };

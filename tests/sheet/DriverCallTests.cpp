@@ -25,7 +25,7 @@ class DriverCall : public SheetTest {
     }
 
     static constexpr DWORD kUntouched = 0xABCD;
-    driverhost::PlugIn plugIn{driverhost::BesideProgram(L"KZPWriterUI.dll")};
+    driverhost::PlugIn plugIn;
     driverhost::DocumentSession session{plugIn, {}};
     OEMCUIPPARAM& param = session.UIParam();
     PROPSHEETUI_INFO info = {sizeof info, PROPSHEETUI_INFO_VERSION, 0, 0, nullptr, AddPage, 0, 0, 0};

@@ -62,7 +62,7 @@ State Play(const std::wstring& script, const std::wstring& folder) {
             played.Add(command);
         EXPECT_EQ(script.ends_with(L"ok") ? CPSUI_OK : CPSUI_CANCEL, host.run.Show());
     }
-    const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+    const driverhost::PlugIn plugIn;
     driverhost::DocumentSession session(plugIn, {});
     return driverhost::CaptureState(session);
 }

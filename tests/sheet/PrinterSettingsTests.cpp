@@ -53,7 +53,7 @@ TEST(PrinterSettings, MirrorTheDeviceModeAndOutliveItsLoss) {
     g_printer = {};
     EXPECT_EQ(Mirrored(printer, 3, true, DMPAPER_A4, -1), load(printer)) << "without a device mode";
 
-    const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+    const driverhost::PlugIn plugIn;
     const auto object = plugIn.CreateObject();
     const ImportPatch delivered(plugIn.Module(), "GetPrinterW", AddressOf(&OddGetPrinter));
     OEMCUIPPARAM param = {};

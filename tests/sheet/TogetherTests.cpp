@@ -117,7 +117,7 @@ class Together : public SheetTest {
         return sheet;
     }
 
-    PlugIn plugIn{driverhost::BesideProgram(L"KZPWriterUI.dll")};
+    PlugIn plugIn;
 };
 
 TEST_F(Together, TwoSheetsOfOneThreadCommitTheirOwnInAnyOrder) {

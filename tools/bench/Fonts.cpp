@@ -53,7 +53,7 @@ void StoreChoice(const std::vector<std::wstring>& families) {
 // The driver's page in a window that stands for the sheet; the plug-in embeds its dialog in it.
 struct FontsPage {
     const HWND sheet;
-    const driverhost::PlugIn plugIn{driverhost::BesideProgram(L"KZPWriterUI.dll")};
+    const driverhost::PlugIn plugIn;
     driverhost::DocumentSession session{plugIn, {.needsPrinter = false}};
     HWND page = nullptr;
     HWND dialog = nullptr;

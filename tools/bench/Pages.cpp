@@ -73,7 +73,7 @@ void MeasurePages() {
     standins::spooler::SetUpPrinter({.name = driverhost::kDefaultPrinter});
     {
         const ShownWindow window;
-        const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+        const driverhost::PlugIn plugIn;
         driverhost::DocumentSession session(plugIn, {});
         session.PresentItems();
         // The driver's page comes first: with it the sheet counts as visited, and no keys are pressed.

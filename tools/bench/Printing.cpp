@@ -142,7 +142,7 @@ void EndCompanions() {
 struct PrintingProgram {
     const test::ScratchRegistry registry;
     const test::TemporaryFolder folder;
-    const test::PlugInDll dll;
+    const driverhost::PlugIn dll;
     const driverhost::ComRef<IPrintOemUI2> object = dll.CreateObject();
 
     PrintingProgram() { SetQueue(PRINTER_ATTRIBUTE_LOCAL); }

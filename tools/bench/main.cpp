@@ -32,7 +32,7 @@ std::string Ratio(double value) {
 }
 
 void LoadCreateRelease() {
-    (void)test::PlugInDll().CreateObject();
+    (void)driverhost::PlugIn().CreateObject();
 }
 
 }  // namespace
@@ -67,7 +67,7 @@ void MeasureLoading() {
         Require(module && GetProcAddress(module.Get(), "DllGetClassObject"), "empty.dll does not load");
     };
     Compare("load, create, release, unload", kLoadingRounds, kLoadingLimit, LoadCreateRelease, loadEmpty);
-    const test::PlugInDll loaded;
+    const driverhost::PlugIn loaded;
     Compare("the same while it is loaded already", kLoadingRounds, 0, LoadCreateRelease, loadEmpty);
 }
 

@@ -30,10 +30,15 @@ std::wstring BesideProgram(const wchar_t* name);
 // it cannot be loaded or does not serve the class of UI plug-ins.
 class PlugIn {
   public:
+    PlugIn() : PlugIn(BesideProgram(L"KZPWriterUI.dll")) {}
     explicit PlugIn(const std::filesystem::path& path) : m_path(std::filesystem::absolute(path)) {}
 
     ComRef<IPrintOemUI2> CreateObject() const;
     HMODULE Module() const;
+    template <class Function>
+    Function Export(const char* name) const {
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(Module(), name)));
+    }
     const std::filesystem::path& Path() const { return m_path; }
 
     // A text of the resource module that stands beside the plug-in; empty when either is missing.

@@ -5,7 +5,6 @@
 #include <map>
 
 #include "tests/support/InstallerSession.h"
-#include "tests/support/MessageBoxes.h"
 #include "tools/driverhost/PrintCommand.h"
 #include "tools/stress/FailOnce.h"
 #include "tools/stress/Stage.h"
@@ -53,6 +52,10 @@ void PrintOne(const PlugIn& plugIn, Dice&) {
 
 void WINAPI WaitForNothing(DWORD) {}
 
+int WINAPI PressOk(HWND, LPCWSTR, LPCWSTR, UINT) {
+    return IDOK;
+}
+
 // In an installer's session, with the stand-ins in the system's folder, and no waits.
 void InstallAndRemove(const PlugIn& plugIn, Dice&) {
     const test::InstallerSession session;
@@ -60,9 +63,7 @@ void InstallAndRemove(const PlugIn& plugIn, Dice&) {
     const test::ImportPatch noWaits(plugIn.Module(), "Sleep", test::AddressOf(WaitForNothing));
     session.SetActionData(L"C:\\Driver\\kzpwriter.inf;C:\\Product");
     for (const char* const name : {"Install", "Uninstall"}) {
-        const auto action = reinterpret_cast<UINT(WINAPI*)(MSIHANDLE)>(
-            reinterpret_cast<void*>(GetProcAddress(plugIn.Module(), name)));
-        const UINT answer = action(session.Handle());
+        const UINT answer = plugIn.Export<UINT(WINAPI*)(MSIHANDLE)>(name)(session.Handle());
         EXPECT_TRUE(answer == ERROR_SUCCESS || answer == ERROR_INSTALL_FAILURE ||
                     answer == ERROR_UNKNOWN_PROPERTY)
             << answer;
@@ -92,8 +93,8 @@ constexpr Operation kOperations[] = {{"device modes", AskDeviceModes, 60, 2},
 // Answers how often the operation calls the function, in the plug-in loaded afresh.
 int Perform(Campaign& run, const Operation& operation, const std::string& function, int refused) {
     run.Doing("%s: call %d of %s refused", operation.name, refused, function.c_str());
-    const test::MessageBoxes boxes;
-    const PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+    const PlugIn plugIn;
+    const test::ImportPatch boxes(plugIn.Module(), "MessageBoxW", test::AddressOf(PressOk));
     const QuietShell shell(plugIn.Module());
     const FailOnce fail(plugIn.Module(), function, refused);
     try {
@@ -129,8 +130,7 @@ TEST_F(Faults, OfSinglePlatformCallsLoseNothingElse) {
         int most;
     };
     std::vector<Target> targets;
-    for (const std::string& function :
-         FallibleImports(PlugIn(driverhost::BesideProgram(L"KZPWriterUI.dll")).Module())) {
+    for (const std::string& function : FallibleImports(PlugIn().Module())) {
         const bool memory = function == "malloc";
         for (const Operation& operation : kOperations) {
             const int most = IsBrief() ? (memory ? 2 : operation.mostInBrief)

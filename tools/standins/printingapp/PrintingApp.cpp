@@ -27,7 +27,7 @@ int wmain(int count, wchar_t** arguments) {
     Redirect(HKEY_LOCAL_MACHINE, key + L"\\Machine");
     Redirect(HKEY_CURRENT_USER, key + L"\\User");
 
-    const driverhost::PlugIn plugIn(driverhost::BesideProgram(L"KZPWriterUI.dll"));
+    const driverhost::PlugIn plugIn;
     const auto outcome = driverhost::PrintDocument(plugIn, nullptr, L"Drawing");
     for (const driverhost::DocumentEventCall& call : outcome.calls) {
         if (call.result != S_OK || call.answer != 1)
