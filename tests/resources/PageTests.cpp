@@ -8,7 +8,6 @@
 #include "resources/resource.h"
 #include "tests/support/Files.h"
 #include "tests/support/ImportPatch.h"
-#include "tests/support/ProgramCopy.h"
 #include "tests/support/SheetTest.h"
 
 namespace kzp::test {
@@ -140,17 +139,11 @@ std::string ReadSheet(const std::wstring& dll) {
 }
 
 TEST(Pages, ReadWell) {
-    if (!ProgramCopy::IsCopy()) {
-        constexpr wchar_t kDesktop[] = L"Control Panel\\Desktop", kName[] = L"LogPixels";
-        for (const DWORD dpi : {96u, 120u, 144u}) {
-            // Programs that start from here on see this resolution.
-            RegSetKeyValueW(HKEY_CURRENT_USER, kDesktop, kName, REG_DWORD, &dpi, sizeof dpi);
-            EXPECT_EQ(0u, ProgramCopy().Wait()) << dpi;
-        }
-        RegDeleteKeyValueW(HKEY_CURRENT_USER, kDesktop, kName);
-        return;
-    }
     SetProcessDPIAware();  // others are shown 96
+    const HDC screen = GetDC(nullptr);
+    const char* const resolution = std::getenv("KZP_RESOLUTION");
+    EXPECT_TRUE(!resolution || std::atoi(resolution) == GetDeviceCaps(screen, LOGPIXELSX));
+    ReleaseDC(nullptr, screen);
     // The platform takes its language from there, too. French texts are not written down here.
     const char* const locale = std::getenv("LC_ALL");
     const std::string language = std::string(locale ? locale : "").substr(0, 2);
