@@ -54,22 +54,5 @@ TEST(Script, StopsAtTheFirstLineThatFails) {
         EXPECT_THROW(Script::Check(wrong), HostError) << Utf8(wrong);
 }
 
-TEST(PrinterProperties, ShowNoPagesOfOursBesideADocument) {
-    HostedSheet document(NoPrinter());
-    document.run.Add([&](SheetUser&) {
-        SessionOptions options = NoPrinter();
-        options.mode = OEMCUIP_PRNPROP;
-        HostedSheet printer(std::move(options));
-        printer.run.Add([&](SheetUser& user) {
-            EXPECT_EQ(document.sheet.PageCount(), 3);
-            EXPECT_EQ(printer.sheet.PageCount(), 1);
-            EXPECT_EQ(printer.session.UIParam().OEMCUIPCallback, nullptr);
-            user.Ok();
-        });
-        EXPECT_EQ(printer.run.Show(), CPSUI_OK);
-    });
-    EXPECT_EQ(document.run.Show(), CPSUI_CANCEL);
-}
-
 }  // namespace
 }  // namespace kzp::test

@@ -1,4 +1,4 @@
-// Finding names in a list of fonts.
+// Finding names in a list of fonts, and taking them from the records in which they are stored.
 #include "pages/advanced/FontList.h"
 
 #include <gtest/gtest.h>
@@ -16,6 +16,13 @@ TEST(NameIndex, FindsTheFirstOfSeveralEqualsWithoutRegardToCase) {
     EXPECT_EQ(5, index.Find(std::wstring_view(L"Beta and more", 4)));
     EXPECT_EQ(-1, index.Find(L"Bet"));
     EXPECT_EQ(-1, NameIndex({}).Find(L"Beta"));
+}
+
+TEST(FontRecord, EndsWhereItEndsAlsoWithoutATerminator) {
+    const FontRecord record = MakeFontRecord(std::wstring(31, L'x'));
+    FontRecord full = record;
+    full.faceName[LF_FACESIZE - 1] = L'x';
+    EXPECT_EQ(FaceNameOf(record), FaceNameOf(full));
 }
 
 }  // namespace

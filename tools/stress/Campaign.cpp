@@ -6,7 +6,6 @@
 #include <cstdlib>
 
 #include "tests/support/Counters.h"
-#include "tests/support/Watchdog.h"
 
 namespace kzp::stress {
 
@@ -58,7 +57,6 @@ Campaign::Campaign(int iterations, int warmUp)
     [[maybe_unused]] static const bool prepared = [] {
         SetUnhandledExceptionFilter(OnCrash);
         testing::UnitTest::GetInstance()->listeners().Append(new Failures);
-        test::atHang = TellWhere;
         return true;
     }();
 }
@@ -74,7 +72,6 @@ bool Campaign::Next() {
         m_before = TakeStock();
     if (m_next >= m_end)
         return false;
-    test::RestartWatchdog();
     g_iteration = m_next++;
     m_dice = Dice(static_cast<std::uint64_t>(Seed()) << 32 | static_cast<std::uint64_t>(g_iteration));
     return true;

@@ -42,7 +42,7 @@ class Campaign {
     int Iteration() const { return m_next - 1; }
     Dice& Random() { return m_dice; }
 
-    // Printed with a failure, a crash or a hang.
+    // Printed with a failure or a crash.
     void Doing(const char* format, ...);
 
   private:

@@ -1,8 +1,6 @@
 #include "tools/stress/Stage.h"
 
 #include <commctrl.h>
-#include <shellapi.h>
-#include <shlobj.h>
 
 #include <algorithm>
 #include <cstring>
@@ -17,28 +15,16 @@ using driverhost::SheetUser;
 
 namespace {
 
-HWND WINAPI OpenNoHelp(HWND, LPCWSTR, UINT, DWORD_PTR) {
-    return nullptr;
+// Whatever it is given: no help window, no process, no folder.
+INT_PTR WINAPI DoNothing() {
+    return 0;
 }
 
-BOOL WINAPI StartNothing(SHELLEXECUTEINFOW* start) {
-    start->hProcess = nullptr;
-    return TRUE;
-}
-
-LPITEMIDLIST WINAPI BrowseNowhere(BROWSEINFOW*) {
-    return nullptr;
-}
-
-FARPROC WINAPI FindQuietProcedure(HMODULE module, LPCSTR name) {
-    void* quiet = nullptr;
-    if (IS_INTRESOURCE(name))
-        quiet = test::AddressOf(OpenNoHelp);
-    else if (std::strcmp(name, "ShellExecuteExW") == 0)
-        quiet = test::AddressOf(StartNothing);
-    else if (std::strcmp(name, "SHBrowseForFolderW") == 0)
-        quiet = test::AddressOf(BrowseNowhere);
-    return quiet ? reinterpret_cast<FARPROC>(quiet) : GetProcAddress(module, name);
+// The help control's function is asked for by its number.
+FARPROC WINAPI FindQuietFunction(HMODULE module, LPCSTR name) {
+    const bool opensSomething = IS_INTRESOURCE(name) || std::strcmp(name, "ShellExecuteExW") == 0 ||
+                                std::strcmp(name, "SHBrowseForFolderW") == 0;
+    return opensSomething ? DoNothing : GetProcAddress(module, name);
 }
 
 template <class Action>
@@ -69,7 +55,7 @@ void Use(SheetUser& user, HWND control, Dice& dice) {
 }  // namespace
 
 QuietShell::QuietShell(HMODULE plugIn)
-    : m_patch(plugIn, "GetProcAddress", test::AddressOf(FindQuietProcedure)) {}
+    : m_patch(plugIn, "GetProcAddress", test::AddressOf(FindQuietFunction)) {}
 
 void PlaySheet(test::HostedSheet& host, const driverhost::SheetStep& edit) {
     host.run.Add(edit);

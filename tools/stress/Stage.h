@@ -7,8 +7,7 @@
 
 namespace kzp::stress {
 
-// While it lives, `plugIn` starts no program, opens no help window and browses for no folder: it is told that
-// it did.
+// While it lives, `plugIn` can start no program, open no help window and browse for no folder.
 class QuietShell {
   public:
     explicit QuietShell(HMODULE plugIn);
