@@ -11,8 +11,8 @@
 
 #include "tests/support/Files.h"
 #include "tests/support/HostedSheet.h"
-#include "tests/support/ScratchRegistry.h"
 #include "tools/driverhost/PlugIn.h"
+#include "tools/standins/common/ScratchRegistry.h"
 
 namespace kzp::bench {
 

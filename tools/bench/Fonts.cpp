@@ -46,8 +46,8 @@ void StoreChoice(const std::vector<std::wstring>& families) {
     std::vector<FontRecord> records;
     for (size_t index = 0; index < families.size(); index += 2)
         records.push_back(MakeFontRecord(families[index]));
-    test::WriteValue(HKEY_CURRENT_USER, test::kSettingsKey, L"FONTLIST", REG_BINARY, records.data(),
-                     records.size() * sizeof(FontRecord));
+    standins::WriteValue(HKEY_CURRENT_USER, standins::kSettingsKey, L"FONTLIST", REG_BINARY, records.data(),
+                         records.size() * sizeof(FontRecord));
 }
 
 // The driver's page in a window that stands for the sheet; the plug-in embeds its dialog in it.
@@ -79,7 +79,7 @@ void MeasureFonts() {
         "The fonts dialog with 3,000 families beside the same with 300, half of them stored as chosen; the "
         "list control's own work included. The enumeration is replaced, so that both numbers are there.",
         "3,000", "300");
-    const test::ScratchRegistry registry;
+    const standins::ScratchRegistry registry;
     const ShownWindow window;
     FontsPage fonts{window.Get()};
     fonts.session.PresentItems();

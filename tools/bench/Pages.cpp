@@ -69,7 +69,7 @@ void MeasurePages() {
                  "documents folder. The key "
                  "presses that visit all tabs belong to the driver's whole sheet, which stands by itself.",
                  "plug-in", "no code");
-    const test::ScratchRegistry registry;
+    const standins::ScratchRegistry registry;
     standins::spooler::SetUpPrinter({.name = driverhost::kDefaultPrinter});
     {
         const ShownWindow window;

@@ -17,9 +17,9 @@ namespace kzp::bench {
 
 namespace {
 
-using test::kProductKey;
-using test::kQueueKey;
-using test::kSettingsKey;
+using standins::kProductKey;
+using standins::kQueueKey;
+using standins::kSettingsKey;
 
 constexpr double kLimit = 1.15;
 constexpr double kIgnoredEventLimit = 0.5;  // microseconds: no system call is that quick
@@ -140,14 +140,14 @@ void EndCompanions() {
 
 // The plug-in's object in a registry of its own, with a queue of these attributes.
 struct PrintingProgram {
-    const test::ScratchRegistry registry;
+    const standins::ScratchRegistry registry;
     const test::TemporaryFolder folder;
     const driverhost::PlugIn dll;
     const driverhost::ComRef<IPrintOemUI2> object = dll.CreateObject();
 
     PrintingProgram() { SetQueue(PRINTER_ATTRIBUTE_LOCAL); }
     static void SetQueue(DWORD attributes) {
-        test::WriteDword(HKEY_LOCAL_MACHINE, kQueueKey, L"Attributes", attributes);
+        standins::WriteDword(HKEY_LOCAL_MACHINE, kQueueKey, L"Attributes", attributes);
     }
     std::wstring Place(const wchar_t* name, const wchar_t* manner) const {
         return standins::PlaceCompanion(folder.Path(), name, manner);
@@ -198,11 +198,12 @@ void MeasureDocumentEvents() {
     const auto start = [&] { send(DOCUMENTEVENT_STARTDOC); };
     Scene scene;
     const auto bare = [&] { BareStartOfDocument(scene); };
-    test::WriteText(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView", L"YES");
+    standins::WriteText(HKEY_CURRENT_USER, kSettingsKey, L"LaunchKZPView", L"YES");
     Compare("start of a document, companions absent", 250, kLimit, start, bare);
 
-    test::WriteText(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath", program.folder.File(L"KZPWriter.chm"));
-    test::WriteText(HKEY_LOCAL_MACHINE, kViewerKey, L"Location", program.folder.Path() + L"\\");
+    standins::WriteText(HKEY_LOCAL_MACHINE, kProductKey, L"HelpFilePath",
+                        program.folder.File(L"KZPWriter.chm"));
+    standins::WriteText(HKEY_LOCAL_MACHINE, kViewerKey, L"Location", program.folder.Path() + L"\\");
     scene.interaction = program.Place(kInteraction, standins::kDoesNothing);
     scene.launcher = program.Place(kLauncher, standins::kDoesNothing);
     scene.viewer = program.Place(L"PlansightApp.exe", standins::kDoesNothing);

@@ -5,15 +5,15 @@
 
 #include "support/Spooler.h"
 #include "tools/driverhost/Text.h"
-#include "tools/standins/common/Registry.h"
+#include "tools/standins/common/ScratchRegistry.h"
 
 namespace driverhost {
 
 namespace {
 
+using kzp::standins::kSettingsKey;
 using kzp::standins::Value;
 
-constexpr wchar_t kSettingsKey[] = L"SOFTWARE\\Brimlake\\KZPWriter\\3";
 constexpr wchar_t kCustomForm[] = L"User Defined";
 constexpr size_t kFontRecord = 64;
 

@@ -1,31 +1,14 @@
 // printingapp KEY: prints a document through the plug-in that stands beside it, and ends. Its registry hives
 // are those that a test keeps in KEY\User and KEY\Machine, below the real HKEY_CURRENT_USER. The exit status
 // is 0 when the plug-in took every event well.
-#include <windows.h>
-
-#include <string>
-
 #include "tools/driverhost/PlugIn.h"
 #include "tools/driverhost/PrintCommand.h"
-
-namespace {
-
-void Redirect(HKEY predefined, const std::wstring& path) {
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_ALL_ACCESS, &key) != ERROR_SUCCESS)
-        ExitProcess(2);
-    RegOverridePredefKey(predefined, key);
-    RegCloseKey(key);
-}
-
-}  // namespace
+#include "tools/standins/common/ScratchRegistry.h"
 
 int wmain(int count, wchar_t** arguments) {
     if (count != 2)
         return 2;
-    const std::wstring key = arguments[1];
-    Redirect(HKEY_LOCAL_MACHINE, key + L"\\Machine");
-    Redirect(HKEY_CURRENT_USER, key + L"\\User");
+    kzp::standins::ScratchRegistry::Join(arguments[1]);
 
     const driverhost::PlugIn plugIn;
     const auto outcome = driverhost::PrintDocument(plugIn, nullptr, L"Drawing");
