@@ -100,7 +100,9 @@ void DevModeBlock::Call(DWORD mode, void* in) {
     m_param.pOEMDMIn = in;
     m_param.pOEMDMOut = PlugInPart();
     m_param.cbBufSize = m_plugInBytes;
-    (void)m_plugIn->DevMode(mode, &m_param);
+    const HRESULT result = m_plugIn->DevMode(mode, &m_param);
+    if (FAILED(result))
+        throw HostError{Format(L"the plug-in's DevMode(%lu) answers 0x%08lX", mode, result)};
 }
 
 BYTE* DevModeBlock::PlugInPart() {
