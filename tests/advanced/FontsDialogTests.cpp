@@ -11,21 +11,21 @@ TEST_F(FontsDialog, OpensOnTheChoiceThatItemAndStoredFontsGive) {
     const auto two = Records({L"Beta", L"Delta"}), three = Records({L"Gone", L"bETA", L""});
     const std::vector<BYTE> cut(two.begin(), two.end() - 1), four(size_t{4} * 64, 'x');
     const struct {
-        LONG item;
         std::vector<BYTE> stored;
+        LONG item;
         int choice;
         Names checkedAfter;
     } cases[] = {
-        {0, {}, IDC_FONTS_NONE, {}},     // the stored list overrides a stored "all" ...
-        {1, three, IDC_FONTS_ALL, all},  // ... and a stored "none": it is counted, not looked at
-        {0, two, IDC_FONTS_SELECT, {L"Beta", L"Delta"}},
-        {2, {}, IDC_FONTS_SELECT, {}},  // but not "select"
-        {2, three, IDC_FONTS_SELECT, {L"Beta"}},
-        {2, cut, IDC_FONTS_SELECT, {L"Beta"}},
-        {0, four, IDC_FONTS_NONE, {}},  // more than are installed: unreadable
+        {{}, 0, IDC_FONTS_NONE, {}},     // the stored list overrides a stored "all" ...
+        {three, 1, IDC_FONTS_ALL, all},  // ... and a stored "none": it is counted, not looked at
+        {two, 0, IDC_FONTS_SELECT, {L"Beta", L"Delta"}},
+        {{}, 2, IDC_FONTS_SELECT, {}},  // but not "select"
+        {three, 2, IDC_FONTS_SELECT, {L"Beta"}},
+        {cut, 2, IDC_FONTS_SELECT, {L"Beta"}},
+        {four, 0, IDC_FONTS_NONE, {}},  // more than are installed: unreadable
     };
     Play([&] {
-        for (const auto& [item, stored, choice, checkedAfter] : cases) {
+        for (const auto& [stored, item, choice, checkedAfter] : cases) {
             SCOPED_TRACE(item * 1000 + static_cast<int>(stored.size()));
             Store(stored);
             Open(item);
@@ -151,7 +151,7 @@ TEST_F(FontsDialog, LeavesNothingBehind) {
     });
 }
 
-const wchar_t* g_program;
+std::wstring g_program;
 
 WINBOOL WINAPI TellWindows60(OSVERSIONINFOW* record) {
     record->dwMajorVersion = 6;
@@ -161,8 +161,8 @@ WINBOOL WINAPI TellWindows60(OSVERSIONINFOW* record) {
 DWORD WINAPI TellProgram(HMODULE module, LPWSTR path, DWORD characters) {
     if (module)
         return GetModuleFileNameW(module, path, characters);
-    lstrcpynW(path, g_program, static_cast<int>(characters));
-    return static_cast<DWORD>(lstrlenW(path));
+    path[g_program.copy(path, characters - 1)] = L'\0';
+    return static_cast<DWORD>(g_program.size());
 }
 
 TEST_F(FontsDialog, OneRestrictedProcessGetsANoticeInstead) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 #include "core/KZPPrivateDevMode.h"
 #include "core/SignalMapping.h"
@@ -65,7 +66,8 @@ struct DevModeRecord : testing::Test {
 DWORD WINAPI AnswerMargins(HANDLE printer, LPWSTR name, LPDWORD, LPBYTE data, DWORD size, LPDWORD) {
     EXPECT_EQ(nullptr, printer) << "as the driver gave it";
     EXPECT_STREQ(L"KZP Margin", name);
-    std::fill_n(reinterpret_cast<float*>(data), size / sizeof(float), 1.5f);
+    const std::vector<float> margins(size / sizeof(float), 1.5f);
+    std::memcpy(data, margins.data(), size);
     return ERROR_SUCCESS;
 }
 

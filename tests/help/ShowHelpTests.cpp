@@ -52,14 +52,13 @@ TEST_F(ShowingHelp, TakesTheRegisteredControlOrTheOneInTheSystemsFolder) {
     SetEnvironmentVariableW(L"KZP_HELP", BesideExe(L"").c_str());
     const std::wstring below = std::wstring(L"%KZP_HELP%") + kDllName;
     const struct {
-        std::wstring registered;
+        std::wstring registered, system;  // what the system's folder holds
         DWORD type;
-        std::wstring system;  // what the system's folder holds
         bool found;
     } cases[] = {
-        {below, REG_EXPAND_SZ, other, true}, {below, REG_SZ, other, false},
-        {control, REG_BINARY, other, false}, {L"C:\\Nowhere\\gone.dll", REG_SZ, control, true},
-        {other, REG_SZ, control, false},  // it loads, but is no help control
+        {below, other, REG_EXPAND_SZ, true}, {below, other, REG_SZ, false},
+        {control, other, REG_BINARY, false}, {L"C:\\Nowhere\\gone.dll", control, REG_SZ, true},
+        {other, control, REG_SZ, false},  // it loads, but is no help control
     };
     for (const auto& expected : cases) {
         SCOPED_TRACE(&expected - cases);

@@ -43,8 +43,8 @@ TEST(NumbersAreRead, AsTheRunTimeDoesInEnglish) {
                                       "0x10", "1e--", "nan",  "inf",   "+-1",   "-.0", "1.e1", "08.50"};
     for (const char digit : {'9', '0', '1'}) {
         for (const size_t length : {5u, 9u, 15u, 60u, 129u}) {
-            const std::string digits(length, digit);
-            texts.insert(texts.end(), {digits + digits, digits + "." + digits, "." + digits});
+            const std::string digits(length, digit), fraction = "." + digits;
+            texts.insert(texts.end(), {digits + digits, digits + fraction, fraction});
         }
     }
     // Half way between two values of single precision, and next to it; then of double precision.

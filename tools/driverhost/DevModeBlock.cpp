@@ -176,7 +176,7 @@ std::vector<BYTE> LoadDevMode(HANDLE printer) {
         const PDEVMODEW mode = level == 9 ? reinterpret_cast<const PRINTER_INFO_9W*>(info.data())->pDevMode
                                           : reinterpret_cast<const PRINTER_INFO_2W*>(info.data())->pDevMode;
         if (mode)  // copied, as the spooler aligns it to two bytes only
-            return {reinterpret_cast<const BYTE*>(mode), info.data() + info.size()};
+            return std::vector<BYTE>(reinterpret_cast<const BYTE*>(mode), info.data() + info.size());
     }
     return {};
 }

@@ -132,7 +132,7 @@ void Script::Select(Script&, SheetUser& user, const Arguments& words) {
 }
 
 void Script::Shot(Script& script, SheetUser& user, const Arguments& words) {
-    HostSheet& sheet = user.Sheet();
+    const HostSheet& sheet = user.Sheet();
     script.Save(words.size() > 1 ? sheet.PageWindow(sheet.CurrentPage()) : sheet.Window(), words[0]);
 }
 

@@ -15,8 +15,8 @@ struct SessionPages {
     using value_type = T;
     SessionPages() = default;
     template <class U>
-    SessionPages(const SessionPages<U>&) {
-    }  // NOLINT(google-explicit-constructor): as an allocator is rebound
+    // As an allocator is rebound: NOLINTNEXTLINE(google-explicit-constructor)
+    SessionPages(const SessionPages<U>&) {}  // cppcheck-suppress noExplicitConstructor
 
     T* allocate(size_t count) {
         void* const pages =

@@ -100,7 +100,7 @@ void AddItems(State& state, const DriverTree& tree, const wchar_t* prefix) {
         state[prefix + Format(L"%hs", KeywordOf(item).c_str())] =
             SelectedText(item) + (item.pOptType ? Format(L" (%ld)", item.Sel) : L"") +
             (IsHidden(item) ? L" hidden" : L"") +
-            (item.Flags & OPTIF_HAS_POIEXT ? Format(L" help %lu", item.HelpIndex) : L"");
+            ((item.Flags & OPTIF_HAS_POIEXT) ? Format(L" help %lu", item.HelpIndex) : L"");
 }
 
 }  // namespace

@@ -40,7 +40,7 @@ void CloseHandleEntry(HANDLE handle) {
 
 std::wstring FindPrinter(HANDLE handle, bool administer) {
     Require(!FindHandle(handle).printer.empty(), ERROR_INVALID_HANDLE);
-    const std::wstring printer = FindHandle(handle, administer).printer;
+    std::wstring printer = FindHandle(handle, administer).printer;
     Require(QueueExists(printer), ERROR_PRINTER_DELETED);
     return printer;
 }

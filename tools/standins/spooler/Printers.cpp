@@ -50,7 +50,7 @@ bool IsPrinterName(const std::wstring& name) {
 ACCESS_MASK GrantedAccess(ACCESS_MASK wanted, bool server) {
     const ACCESS_MASK all = server ? SERVER_ALL_ACCESS : PRINTER_ALL_ACCESS;
     const ACCESS_MASK use = server ? SERVER_ACCESS_ENUMERATE : PRINTER_ACCESS_USE;
-    return wanted & (GENERIC_ALL | MAXIMUM_ALLOWED) ? all : wanted | use;
+    return (wanted & (GENERIC_ALL | MAXIMUM_ALLOWED)) ? all : wanted | use;
 }
 
 void CheckRecord(const PRINTER_INFO_2W& record) {
