@@ -80,8 +80,8 @@ constexpr std::size_t kReservedObjectBytes = 64;
 struct alignas(_Unwind_Exception) ReservedPlace {
     std::byte bytes[kRecordBytes + kReservedObjectBytes];
 };
-ReservedPlace g_places[4];
-std::atomic<bool> g_taken[std::size(g_places)];
+constinit ReservedPlace g_places[4] = {};
+constinit std::atomic<bool> g_taken[std::size(g_places)] = {};
 
 void* TakeReservedPlace(std::size_t objectBytes) {
     constexpr int kTries = 1000;
@@ -124,10 +124,10 @@ struct __cxa_eh_globals {
 namespace {
 
 struct ThreadRecord {
-    std::atomic<DWORD> thread;  // 0: free
-    __cxxabiv1::__cxa_eh_globals globals;
+    std::atomic<DWORD> thread = 0;  // 0: free
+    __cxxabiv1::__cxa_eh_globals globals = {};
 };
-ThreadRecord g_records[16];
+constinit ThreadRecord g_records[16];
 
 // Takes a record of `owner` over; null when it has none.
 ThreadRecord* TakeRecord(DWORD owner, DWORD thread) {
